@@ -1,0 +1,31 @@
+// A command: declares its parameters as children in its constructor and does
+// its work in Invoke.
+#pragma once
+
+#include <string>
+
+#include "framework/diag_menu.h"
+
+class CDiagFunc : public CDiagMenu {
+  public:
+    // Bit in the constructor's flags: the command drives its parent device
+    // directly, so it waits while a test has exclusive access to that device
+    // and holds off the next test while it runs.
+    static constexpr unsigned int HOLDS_DEVICE = 1;
+
+    CDiagFunc(const std::string& name, const std::string& description, unsigned int flags);
+    ~CDiagFunc() override;
+
+    // On a call message hands request and response to Invoke. An exception
+    // that leaves Invoke is logged and answered with MSG_ERR_FAIL.
+    void HandleMsg(CInMsg& in, COutMsg& out) override;
+    using CDiagMenu::SendLog;
+    void SendLog(unsigned int logword, const char* fmt, ...) const override
+        __attribute__((format(printf, 3, 4)));
+
+    // The command body: reads arguments in declared order, appends the answer byte.
+    virtual void Invoke(CInMsg& in, COutMsg& out) = 0;
+
+  private:
+    const unsigned int m_flags;
+};

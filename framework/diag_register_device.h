@@ -1,0 +1,35 @@
+// A device with a table of named registers and the commands "regpeek",
+// "regpoke", "regset", "regclr", "regdump" and "regtable".
+#pragma once
+
+#include <string>
+
+#include "framework/diag_device.h"
+#include "framework/diag_reg_table.h"
+
+class CDiagRegisterDevice : public CDiagDevice {
+  public:
+    // The table is not copied and must outlive the device; null stands for an empty one.
+    CDiagRegisterDevice(const std::string& name, const std::string& description,
+                        diag_regtable_st* table);
+    ~CDiagRegisterDevice() override;
+
+    // Prints the entries whose names match `pattern` (see dumpRegs), without reading any register.
+    virtual void showRegTable(std::string pattern);
+    // Logs the value of every register whose name matches: all for an empty
+    // pattern, by shell wildcards if it has any, else by the beginning of the
+    // name. Registers that change when read, or cannot be, are only read when
+    // named in full. False when no register matches or a read fails.
+    virtual bool dumpRegs(uint32_t logword, std::string pattern);
+    // One element of a register; board code supplies both.
+    virtual bool readRegEntry(diag_regdata_t* data, diag_reg_st* reg, uint32_t index) = 0;
+    virtual bool writeRegEntry(diag_regdata_t* data, diag_reg_st* reg, uint32_t index) = 0;
+
+    // The entry of that name, or null.
+    diag_reg_st* getRegEntry(std::string name);
+    // Reads an element, sets or clears `bits` in it and writes it back.
+    bool SetClrBits(const uint64_t& bits, diag_reg_st* reg, unsigned int index, bool set);
+
+  private:
+    diag_regtable_st* m_table;
+};
