@@ -1,0 +1,44 @@
+#include "framework/diag_func.h"
+
+#include <exception>
+#include <memory>
+
+#include "framework/diag_exception.h"
+#include "framework/diag_log_word.h"
+#include "host/device_lock.h"
+
+CDiagFunc::CDiagFunc(const std::string& name, const std::string& description, unsigned int flags)
+    : CDiagMenu(TFUNC, name, description), m_flags(flags) {}
+
+CDiagFunc::~CDiagFunc() = default;
+
+void CDiagFunc::HandleMsg(CInMsg& in, COutMsg& out) {
+    if (in.GetType() != MSG_CALL) {
+        CDiagMenu::HandleMsg(in, out);
+        return;
+    }
+    std::unique_ptr<CDeviceHold> hold;
+    const CDiagDevice* device = GetParentDevice();
+    if ((m_flags & HOLDS_DEVICE) != 0 && device != nullptr) {
+        hold = CDeviceHold::Acquire({{device, DEV_LOCK_PROTECT}}, [] { return false; });
+    }
+    const auto fail = [this, &out](const char* text) {
+        SendLog(LW_ERR_SW, "%s", text);
+        out.Clear();
+        out << static_cast<uint8_t>(MSG_ERR_FAIL);
+    };
+    try {
+        Invoke(in, out);
+    } catch (const CDiagException& e) {
+        fail(e.what());
+    } catch (const std::exception& e) {
+        fail(e.what());
+    }
+}
+
+void CDiagFunc::SendLog(unsigned int logword, const char* fmt, ...) const {
+    va_list args;
+    va_start(args, fmt);
+    SendLog(logword, fmt, args);
+    va_end(args);
+}

@@ -1,0 +1,137 @@
+#include "framework/diag_register_device.h"
+
+#include <fnmatch.h>
+
+#include "framework/diag_functions.h"
+#include "framework/diag_log_word.h"
+#include "host/register_commands.h"
+
+namespace {
+
+// How a pattern picks a register.
+enum class EMatch { NONE, BY_PATTERN, IN_FULL };
+
+EMatch Match(const std::string& pattern, const diag_reg_st& reg) {
+    const std::string name = reg.name;
+    if (pattern == name) {
+        return EMatch::IN_FULL;
+    }
+    const bool wildcards = pattern.find_first_of("*?[") != std::string::npos;
+    const bool hit = wildcards ? ::fnmatch(pattern.c_str(), reg.name, 0) == 0
+                               : name.compare(0, pattern.size(), pattern) == 0;
+    return hit ? EMatch::BY_PATTERN : EMatch::NONE;
+}
+
+// Reading these changes what the hardware does next, or gives nothing.
+bool IsReadSafe(const diag_reg_st& reg) {
+    return reg.access != DIAG_REGACC_NONE && reg.access != DIAG_REGACC_WO &&
+           reg.access != DIAG_REGACC_RC && reg.access != DIAG_REGACC_DA;
+}
+
+const char* AccessText(diag_regacc_et access) {
+    switch (access) {
+        case DIAG_REGACC_RW:
+            return "RW";
+        case DIAG_REGACC_RO:
+            return "RO";
+        case DIAG_REGACC_WO:
+            return "WO";
+        case DIAG_REGACC_RC:
+            return "RC";
+        case DIAG_REGACC_W1C:
+            return "W1C";
+        case DIAG_REGACC_W1T:
+            return "W1T";
+        case DIAG_REGACC_W1S:
+            return "W1S";
+        case DIAG_REGACC_DA:
+            return "DA";
+        default:
+            return "-";
+    }
+}
+
+std::string ElementName(const diag_reg_st& reg, uint32_t index) {
+    std::string name = reg.name;
+    if (reg.num_regs > 1) {
+        name += "[" + std::to_string(index) + "]";
+    }
+    return name;
+}
+
+}  // namespace
+
+CDiagRegisterDevice::CDiagRegisterDevice(const std::string& name, const std::string& description,
+                                         diag_regtable_st* table)
+    : CDiagDevice(name, description, TDEVICE), m_table(table) {
+    AddRegisterCommands(*this);
+}
+
+CDiagRegisterDevice::~CDiagRegisterDevice() = default;
+
+void CDiagRegisterDevice::showRegTable(std::string pattern) {
+    SendLog(LW_PRINT, "%-16s %-10s %-6s %-6s %s\n", "register", "offset", "access", "number",
+            "description");
+    for (uint32_t i = 0; m_table != nullptr && i < m_table->num_regs; ++i) {
+        const diag_reg_st& reg = m_table->reg_entries[i];
+        if (Match(pattern, reg) != EMatch::NONE) {
+            SendLog(LW_PRINT, "%-16s %-10s %-6s %-6u %s\n", reg.name,
+                    toString(reg.offset, VF_HEX).c_str(), AccessText(reg.access),
+                    reg.num_regs > 1 ? reg.num_regs : 1U, reg.desc != nullptr ? reg.desc : "");
+        }
+    }
+}
+
+bool CDiagRegisterDevice::dumpRegs(uint32_t logword, std::string pattern) {
+    bool matched = false;
+    bool ok = true;
+    for (uint32_t i = 0; m_table != nullptr && i < m_table->num_regs; ++i) {
+        diag_reg_st& reg = m_table->reg_entries[i];
+        const EMatch match = Match(pattern, reg);
+        if (match == EMatch::NONE) {
+            continue;
+        }
+        matched = true;
+        if (!IsReadSafe(reg) && match != EMatch::IN_FULL) {
+            SendLog(logword, "%-16s not read (%s)\n", reg.name, AccessText(reg.access));
+            continue;
+        }
+        const uint32_t count = reg.num_regs > 1 ? reg.num_regs : 1;
+        for (uint32_t index = 0; index < count; ++index) {
+            diag_regdata_t data = 0;
+            std::string text;
+            if (!readRegEntry(&data, &reg, index) ||
+                !reg_data_to_string(text, &data, reg.dtype, reg.format)) {
+                text = "???";
+                ok = false;
+            }
+            SendLog(logword, "%-16s %s\n", ElementName(reg, index).c_str(), text.c_str());
+        }
+    }
+    return matched && ok;
+}
+
+diag_reg_st* CDiagRegisterDevice::getRegEntry(std::string name) {
+    for (uint32_t i = 0; m_table != nullptr && i < m_table->num_regs; ++i) {
+        if (name == m_table->reg_entries[i].name) {
+            return &m_table->reg_entries[i];
+        }
+    }
+    return nullptr;
+}
+
+bool CDiagRegisterDevice::SetClrBits(const uint64_t& bits, diag_reg_st* reg, unsigned int index,
+                                     bool set) {
+    const uint32_t count = reg->num_regs > 1 ? reg->num_regs : 1;
+    if (index >= count) {
+        SendLog(LW_ERR_SW, "%s[%u] invalid index, valid range 0 to %u\n", reg->name, index,
+                count - 1);
+        return false;
+    }
+    diag_regdata_t data = 0;
+    if (!readRegEntry(&data, reg, index)) {
+        return false;
+    }
+    data = set ? data | bits : data & ~bits;
+    return writeRegEntry(&data, reg, index);
+}

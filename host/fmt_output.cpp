@@ -1,0 +1,40 @@
+#include "framework/fmt_output.h"
+
+#include <array>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+int PutAll(IFmtOutput& out, const char* text, size_t length) {
+    int count = 0;
+    for (size_t i = 0; i < length; ++i) {
+        if (!out.putCh(text[i])) {
+            break;
+        }
+        ++count;
+    }
+    return count;
+}
+
+}  // namespace
+
+int IFmtOutput::vprintf(const char* fmt, va_list args) {
+    std::array<char, 512> small;
+    va_list again;
+    va_copy(again, args);
+    const int length = std::vsnprintf(small.data(), small.size(), fmt, args);
+    int count = length;
+    if (length >= 0) {
+        const auto size = static_cast<size_t>(length);
+        if (size < small.size()) {
+            count = PutAll(*this, small.data(), size);
+        } else {
+            std::vector<char> large(size + 1);
+            std::vsnprintf(large.data(), large.size(), fmt, again);
+            count = PutAll(*this, large.data(), size);
+        }
+    }
+    va_end(again);
+    return count;
+}

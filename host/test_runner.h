@@ -1,0 +1,119 @@
+// Runs a test from its request to its answer; shared by the two kinds of test,
+// which have the same operations but no common class that declares them.
+#pragma once
+
+#include <exception>
+
+#include "framework/diag_device.h"
+#include "framework/diag_exception.h"
+#include "framework/diag_log_word.h"
+#include "framework/diag_test_base.h"
+#include "host/device_lock.h"
+
+class CTestRunner {
+  public:
+    // What a message does to a test.
+    template <class Test>
+    static void HandleMsg(Test& test, CInMsg& in, COutMsg& out) {
+        switch (in.GetType()) {
+            case MSG_CALL:
+            case MSG_START:
+                if (test.m_running.exchange(true)) {
+                    out << static_cast<uint8_t>(MSG_ERR_ISRUN);
+                    return;
+                }
+                test.m_stop_requested = false;
+                test.Run(in, out);
+                test.m_running = false;
+                break;
+            case MSG_STOP:
+                if (!test.m_running) {
+                    out << static_cast<uint8_t>(MSG_ERR_NOTRUN);
+                    return;
+                }
+                test.RequestStop(true);
+                out << static_cast<uint8_t>(MSG_SUCCESS);
+                break;
+            default:
+                test.CDiagMenu::HandleMsg(in, out);
+        }
+    }
+
+    // One run: devices, setup, run, clean-up, status.
+    template <class Test>
+    static void Run(Test& test, CInMsg& in, COutMsg& out) {
+        test.m_progress_done = 0;
+        test.m_progress_total = 0;
+        ETestStatus status = DS_FAILED;
+        Guarded(test, status, [&] {
+            test.m_status = DS_DEVACC;
+            test.LockDevices();
+            status = test.IsStopReq() ? DS_ABORTED : SetupAndRun(test, in, out);
+        });
+        test.ReleaseDevices();
+        if (out.GetHeader().len == 0) {
+            out << static_cast<uint8_t>(CodeOf(status));
+        }
+        test.m_status = status;
+        if (CDiagDevice* device = test.GetParentDevice()) {
+            device->SetTestStatus(status);
+            if (status == DS_FAILED || status == DS_FAILED_NCUP) {
+                device->CountFailure();
+            }
+        }
+    }
+
+    static void RequestStop(CDiagTestBase& test, bool stop) {
+        test.m_stop_requested = stop;
+        CDeviceHold::WakeWaiting();
+    }
+    static bool IsStopReq(const CDiagTestBase& test) { return test.m_stop_requested; }
+
+    static EResCode CodeOf(ETestStatus status) {
+        switch (status) {
+            case DS_PASSED:
+                return MSG_SUCCESS;
+            case DS_ABORTED:
+                return MSG_ERR_ABORTED;
+            case DS_SKIPPED:
+                return MSG_SKIPPED;
+            default:
+                return MSG_ERR_FAIL;
+        }
+    }
+
+  private:
+    template <class Test>
+    static ETestStatus SetupAndRun(Test& test, CInMsg& in, COutMsg& out) {
+        test.m_status = DS_SETUP;
+        if (!test.TestSetup(in)) {
+            return DS_FAILED;
+        }
+        ETestStatus status = DS_FAILED;
+        test.m_status = DS_PROGRESS;
+        // An answer that an exception cut off is not half an answer.
+        if (!Guarded(test, status, [&] { status = test.TestRun(out); })) {
+            out.Clear();
+        }
+        if (!Guarded(test, status, [&] { test.TestCleanup(); })) {
+            status = DS_FAILED_NCUP;
+            out.Clear();
+        }
+        return status;
+    }
+
+    // Runs one phase; an exception is logged, fails the test and gives false.
+    template <class Phase>
+    static bool Guarded(const CDiagTestBase& test, ETestStatus& status, const Phase& phase) {
+        try {
+            phase();
+            return true;
+        } catch (const CDiagException& e) {
+            test.SendLog(LW_ERR_SW, "%s", e.what());
+        } catch (const std::exception& e) {
+            test.SendLog(LW_ERR_SW, "%s", e.what());
+        }
+        status = DS_FAILED;
+        return false;
+    }
+};
