@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "framework/diag_exception.h"
 #include "framework/diag_functions.h"
 #include "framework/diag_log_word.h"
 #include "framework/diag_menu.h"

@@ -26,8 +26,14 @@ void AnswerWorkOf(const CDiagMenu& command, COutMsg& out, Work&& work) {
     AnswerResult(out, ok);
 }
 
-// The device that a command belongs to, null when it is of another kind.
+// The device that a command belongs to. A command that hangs below no device of
+// that kind is a programming error; the assertion names where it was asked for.
 template <class Device>
-Device* ParentDeviceOf(const CDiagMenu& command) {
-    return dynamic_cast<Device*>(command.GetParentDevice());
+Device& ParentDeviceOf(const CDiagMenu& command, const char* file = __builtin_FILE(),
+                       int line = __builtin_LINE()) {
+    auto* device = dynamic_cast<Device*>(command.GetParentDevice());
+    if (device == nullptr) {
+        throw CDiagException("%s:%d Assert failed (%s)", file, line, "pDev != NULL");
+    }
+    return *device;
 }

@@ -4,20 +4,10 @@
 #include <limits>
 
 #include "framework/diag_functions.h"
+#include "host/integer_type.h"
 #include "host/number_text.h"
 
 namespace {
-
-bool IsInteger(EValueType type) {
-    return type <= VT_UINT64;
-}
-bool IsSigned(EValueType type) {
-    return (type & 1U) == 0;
-}
-// Enumerators come in pairs of signed and unsigned, each pair twice as wide.
-unsigned int BitsOf(EValueType type) {
-    return 8U << (type / 2U);
-}
 
 int64_t SignExtend(uint64_t value, unsigned int bits) {
     const unsigned int unused = 64U - bits;
@@ -42,14 +32,14 @@ bool ParseIndex(unsigned int& index, const std::string& text) {
 }  // namespace
 
 bool reg_data_from_arg(uint64_t* out, EValueType type, uint64_t arg) {
-    if (!IsInteger(type)) {
+    if (!IsIntegerType(type)) {
         return false;
     }
-    const unsigned int bits = BitsOf(type);
+    const unsigned int bits = BitsOfType(type);
     if (bits < 64) {
         const uint64_t mask = (uint64_t{1} << bits) - 1;
-        const bool fits = IsSigned(type) ? SignExtend(arg, bits) == static_cast<int64_t>(arg)
-                                         : (arg & ~mask) == 0;
+        const bool fits = IsSignedType(type) ? SignExtend(arg, bits) == static_cast<int64_t>(arg)
+                                             : (arg & ~mask) == 0;
         if (!fits) {
             return false;
         }
@@ -60,13 +50,13 @@ bool reg_data_from_arg(uint64_t* out, EValueType type, uint64_t arg) {
 }
 
 bool reg_data_to_string(std::string& out, uint64_t* data, EValueType type, uint8_t format) {
-    if (!IsInteger(type)) {
+    if (!IsIntegerType(type)) {
         return false;
     }
-    const unsigned int bits = BitsOf(type);
+    const unsigned int bits = BitsOfType(type);
     const uint64_t mask = bits < 64 ? (uint64_t{1} << bits) - 1 : ~uint64_t{0};
     const uint64_t value = *data & mask;
-    if (IsSigned(type) && (format & VF_HEX) == 0) {
+    if (IsSignedType(type) && (format & VF_HEX) == 0) {
         out = toString(SignExtend(value, bits), format);
         return true;
     }

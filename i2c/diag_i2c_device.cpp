@@ -57,9 +57,8 @@ class CCheckDevCmd : public CDiagFunc {
             AnswerResult(out, false);
             return;
         }
-        auto* pDev = ParentDeviceOf<CI2cDevice>(*this);
-        DIAG_ASSERT(pDev != NULL);
-        const bool found = pDev->check_dev(addr);
+        auto& bus = ParentDeviceOf<CI2cDevice>(*this);
+        const bool found = bus.check_dev(addr);
         if (!found) {
             SendLog(LW_PRINT, "   check device error!\n");
         }
@@ -73,15 +72,14 @@ class CProbeCmd : public CDiagFunc {
         : CDiagFunc(name, description, HOLDS_DEVICE) {}
 
     void Invoke(CInMsg&, COutMsg& out) override {
-        auto* pDev = ParentDeviceOf<CI2cDevice>(*this);
-        DIAG_ASSERT(pDev != NULL);
-        pDev->ClearAllDeviceAddrList();
-        if (!pDev->DisableAllSwitches()) {
+        auto& bus = ParentDeviceOf<CI2cDevice>(*this);
+        bus.ClearAllDeviceAddrList();
+        if (!bus.DisableAllSwitches()) {
             SendLog(LW_PRINT, "   disabling switches error!\n");
             AnswerResult(out, false);
             return;
         }
-        const bool ok = pDev->probe(0);
+        const bool ok = bus.probe(0);
         if (!ok) {
             SendLog(LW_PRINT, "   probe devices error!\n");
         }
@@ -99,11 +97,10 @@ class CI2cSetSwModeCmd : public CDiagFunc {
     }
 
     void Invoke(CInMsg& in, COutMsg& out) override {
-        auto* pDev = ParentDeviceOf<CI2cDevice>(*this);
-        DIAG_ASSERT(pDev != NULL);
+        auto& bus = ParentDeviceOf<CI2cDevice>(*this);
         AnswerWorkOf(*this, out, [&] {
             if (in.GetLen() == 0) {
-                pDev->ShowSwMode();
+                bus.ShowSwMode();
                 return true;
             }
             uint8_t mode = 0;
@@ -113,7 +110,7 @@ class CI2cSetSwModeCmd : public CDiagFunc {
                 SendLog(LW_ERR_SW, "ERROR: mode arg must be less than 3!\n");
                 return false;
             }
-            pDev->SetSwMode(mode);
+            bus.SetSwMode(mode);
             return true;
         });
     }

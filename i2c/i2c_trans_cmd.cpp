@@ -48,8 +48,7 @@ CI2cTransCmd::CI2cTransCmd(const std::string& name, const std::string& descripti
 }
 
 void CI2cTransCmd::Invoke(CInMsg& in, COutMsg& out) {
-    auto* pDev = ParentDeviceOf<CI2cDevice>(*this);
-    DIAG_ASSERT(pDev != NULL);
+    auto& bus = ParentDeviceOf<CI2cDevice>(*this);
     AnswerWorkOf(*this, out, [&] {
         CArguments args;
         if (!ReadArguments(in, args)) {
@@ -69,7 +68,7 @@ void CI2cTransCmd::Invoke(CInMsg& in, COutMsg& out) {
         req.data = args.data.data();
         req.switch_ch = -1;
         SendLog(LW_PRINT, "(%s:%s): transfer  dev addr = 0x%x\n", GetName(), "Invoke", args.addr);
-        if (!pDev->I2cTrans(req)) {
+        if (!bus.I2cTrans(req)) {
             return false;
         }
         if (args.read) {

@@ -1,0 +1,84 @@
+#include "host/shell/builtins.h"
+
+#include <algorithm>
+
+#include "host/diag_tree.h"
+#include "host/shell/access.h"
+#include "host/shell/help.h"
+#include "host/shell/listing.h"
+#include "host/shell/node_kind.h"
+#include "host/shell/shell.h"
+#include "host/shell/usage_error.h"
+
+namespace {
+
+using CArguments = std::vector<std::string>;
+
+EExitStatus ChangeNode(CShell& shell, const CArguments& arguments) {
+    CDiagObj& node = shell.NodeAt(arguments.empty() ? "/" : arguments.front());
+    if (!IsContainer(node)) {
+        throw CUsageError(PathOf(node) + " is " + DescribeType(node) +
+                          "; cd goes to menus and devices");
+    }
+    shell.SetCurrent(node);
+    return EXIT_PASSED;
+}
+
+EExitStatus List(CShell& shell, const CArguments& arguments) {
+    shell.Print(ListChildren(shell.NodeAt(arguments.empty() ? "." : arguments.front())));
+    return EXIT_PASSED;
+}
+
+EExitStatus Tree(CShell& shell, const CArguments& arguments) {
+    shell.Print(ListTree(shell.NodeAt(arguments.empty() ? "." : arguments.front())));
+    return EXIT_PASSED;
+}
+
+EExitStatus Help(CShell& shell, const CArguments& arguments) {
+    if (arguments.empty()) {
+        shell.Print(HelpOnShell());
+    } else if (const CBuiltin* builtin = FindBuiltin(arguments.front())) {
+        shell.Print(HelpOnBuiltin(*builtin));
+    } else {
+        shell.Print(HelpOnNode(shell.NodeAt(arguments.front())));
+    }
+    return EXIT_PASSED;
+}
+
+EExitStatus Quit(CShell& shell, const CArguments&) {
+    shell.Quit();
+    return EXIT_PASSED;
+}
+
+}  // namespace
+
+const std::vector<CBuiltin>& Builtins() {
+    static const std::vector<CBuiltin> builtins = {
+        {"cd", "[NODE]", "Go to a menu or device; without NODE to the top.", 0, 1, ChangeNode},
+        {"ls", "[NODE]", "List what is in a node.", 0, 1, List},
+        {"tree", "[NODE]", "Show everything below a node but its commands.", 0, 1, Tree},
+        {"help", "[NODE|BUILT-IN]", "Explain a node or a built-in command.", 0, 1, Help},
+        {"peek", "NODE [POSITION|FIRST..LAST]",
+         "Read a value, or elements of an array; without a position all of them.", 1, 2, Peek},
+        {"poke", "NODE [POSITION|FIRST..LAST] VALUE",
+         "Write a value, or the same value to elements of an array.", 2, 3, Poke},
+        {"quit", "", "Leave the shell; so does the end of input.", 0, 0, Quit},
+    };
+    return builtins;
+}
+
+const CBuiltin* FindBuiltin(const std::string& name) {
+    const auto& all = Builtins();
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&name](const CBuiltin& b) { return name == b.name; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+EExitStatus RunBuiltin(const CBuiltin& builtin, CShell& shell, const CArguments& arguments) {
+    if (arguments.size() < builtin.min_arguments || arguments.size() > builtin.max_arguments) {
+        throw CUsageError(std::string(builtin.name) + ": " +
+                          (arguments.size() < builtin.min_arguments ? "too few" : "too many") +
+                          " arguments\nusage: " + builtin.name + " " + builtin.synopsis);
+    }
+    return builtin.run(shell, arguments);
+}

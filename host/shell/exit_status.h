@@ -1,0 +1,10 @@
+// What diagsh and each of its commands end with.
+#pragma once
+
+enum EExitStatus : int {
+    EXIT_PASSED = 0,
+    EXIT_FAILED = 1,   // a command or a test failed
+    EXIT_USAGE = 2,    // nothing was done: the input was wrong
+    EXIT_ABORTED = 3,  // stopped by the operator
+    EXIT_HOST = 4,     // the host or the board could not start
+};

@@ -1,0 +1,96 @@
+#include "host/shell/interrupt.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <system_error>
+
+#include "framework/diag_menu.h"
+
+namespace {
+
+// The signal handler may do next to nothing, so it hands on through a pipe.
+constexpr char INTERRUPTED = 'i';
+constexpr char FINISHED = 'f';
+std::array<int, 2> g_pipe{-1, -1};
+std::atomic<bool> g_pending{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
+
+void Tell(char what) {
+    const int saved = errno;
+    // A full pipe tells already.
+    [[maybe_unused]] const ssize_t written = ::write(g_pipe[1], &what, 1);
+    errno = saved;
+}
+
+extern "C" void OnInterrupt(int) {
+    g_pending = true;
+    Tell(INTERRUPTED);
+}
+
+sigset_t InterruptSet() {
+    sigset_t set;
+    ::sigemptyset(&set);
+    ::sigaddset(&set, SIGINT);
+    return set;
+}
+
+}  // namespace
+
+CInterrupt::CInterrupt() {
+    if (::pipe2(g_pipe.data(), O_CLOEXEC) != 0) {
+        throw std::system_error(errno, std::generic_category(), "pipe");
+    }
+    ::fcntl(g_pipe[1], F_SETFL, O_NONBLOCK);
+    Clear();
+    // The watcher must not take the signal from the thread that reads the
+    // keyboard: its read has to return.
+    const sigset_t set = InterruptSet();
+    sigset_t before;
+    ::pthread_sigmask(SIG_BLOCK, &set, &before);
+    m_watcher = std::thread([this] { Watch(); });
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+
+    struct sigaction action {};
+    action.sa_handler = OnInterrupt;
+    ::sigaction(SIGINT, &action, nullptr);
+}
+
+CInterrupt::~CInterrupt() {
+    ::signal(SIGINT, SIG_DFL);
+    Tell(FINISHED);
+    m_watcher.join();
+    ::close(g_pipe[0]);
+    ::close(g_pipe[1]);
+}
+
+bool CInterrupt::IsPending() const {
+    return g_pending;
+}
+
+void CInterrupt::Clear() {
+    g_pending = false;
+}
+
+void CInterrupt::SetForeground(CDiagMenu* node) {
+    const std::lock_guard<std::mutex> guard(m_lock);
+    m_foreground = node;
+}
+
+void CInterrupt::Watch() {
+    char what = FINISHED;
+    while (::read(g_pipe[0], &what, 1) == 1 && what != FINISHED) {
+        const std::lock_guard<std::mutex> guard(m_lock);
+        if (m_foreground != nullptr) {
+            // Only a test understands it; a command's refusal is of no interest.
+            COutMsg stop(MSG_STOP, m_foreground->GetId());
+            CInMsg in(stop);
+            COutMsg answer;
+            m_foreground->HandleMsg(in, answer);
+        }
+    }
+}

@@ -1,0 +1,50 @@
+// The operator's shell: carries out one line at a time on the object tree.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "framework/diag_obj.h"
+#include "host/shell/exit_status.h"
+#include "host/shell/interrupt.h"
+#include "host/terminal.h"
+
+class CDiagMenu;
+
+class CShell {
+  public:
+    CShell(CDiagMenu& root, CTerminal& terminal, CInterrupt& interrupt);
+
+    // Carries out one line. Errors are printed to standard error, behind
+    // `origin` if there is one ("script.txt:3").
+    EExitStatus Execute(std::string_view line, const std::string& origin = "");
+    // Reports input that is no line.
+    EExitStatus Refuse(const std::string& error, const std::string& origin) const;
+    // Whether "quit" was given.
+    bool HasQuit() const { return m_quit; }
+
+    // What the built-ins work on.
+    CDiagObj& Current() const { return *m_current; }
+    void SetCurrent(CDiagObj& node) { m_current = &node; }
+    void Quit() { m_quit = true; }
+    CTerminal& Terminal() const { return m_terminal; }
+    // The node at `path`; throws CUsageError that says how far the path goes.
+    CDiagObj& NodeAt(const std::string& path) const;
+    void Print(const std::string& text) const { m_terminal.Write(text); }
+
+    // Runs a command or a test with its arguments and prints its outputs.
+    EExitStatus RunNode(CDiagObj& node, const std::vector<std::string>& arguments);
+    // Prints that `node` failed and returns `status`.
+    EExitStatus ReportFailure(const CDiagObj& node, const std::string& text,
+                              EExitStatus status) const;
+
+  private:
+    EExitStatus ExecuteWords(const std::vector<std::string>& words);
+
+    CDiagObj* m_current;
+    CTerminal& m_terminal;
+    CInterrupt& m_interrupt;
+    std::string m_origin;
+    bool m_quit = false;
+};

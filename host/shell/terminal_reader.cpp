@@ -1,0 +1,105 @@
+#include <histedit.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cwchar>
+
+#include "host/shell/line_reader.h"
+
+namespace {
+
+constexpr int HISTORY_SIZE = 500;
+
+struct CEditLineEnd {
+    void operator()(EditLine* el) const { ::el_end(el); }
+};
+struct CHistoryEnd {
+    void operator()(History* history) const { ::history_end(history); }
+};
+
+class CTerminalReader : public ILineReader {
+  public:
+    CTerminalReader()
+        : m_edit(::el_init("diagsh", stdin, stdout, stderr)), m_history(::history_init()) {
+        HistEvent event;
+        ::history(m_history.get(), &event, H_SETSIZE, HISTORY_SIZE);
+        ::history(m_history.get(), &event, H_SETUNIQUE, 1);
+        ::el_set(m_edit.get(), EL_CLIENTDATA, this);
+        ::el_set(m_edit.get(), EL_PROMPT, &Prompt);
+        ::el_set(m_edit.get(), EL_EDITOR, "emacs");
+        ::el_set(m_edit.get(), EL_HIST, ::history, m_history.get());
+        ::el_set(m_edit.get(), EL_GETCFN, &ReadCharacter);
+        ::el_set(m_edit.get(), EL_BIND, "^R", "em-inc-search-prev", nullptr);
+    }
+
+    ELine Read(const std::string& prompt, std::string& line) override {
+        m_prompt = prompt;
+        m_interrupted = false;
+        line.clear();
+        int length = 0;
+        const char* text = ::el_gets(m_edit.get(), &length);
+        if (text == nullptr || length <= 0) {
+            if (m_interrupted) {
+                ::el_reset(m_edit.get());
+                std::fputc('\n', stdout);
+                return ELine::INTERRUPTED;
+            }
+            return ELine::END;
+        }
+        line.assign(text, static_cast<size_t>(length));
+        if (line.back() == '\n') {
+            line.pop_back();
+        }
+        if (line.size() > MAX_LINE) {
+            return ELine::TOO_LONG;
+        }
+        if (line.find_first_not_of(" \t") != std::string::npos) {
+            HistEvent event;
+            ::history(m_history.get(), &event, H_ENTER, line.c_str());
+        }
+        return ELine::READ;
+    }
+
+  private:
+    static CTerminalReader& Self(EditLine* edit) {
+        void* self = nullptr;
+        ::el_get(edit, EL_CLIENTDATA, &self);
+        return *static_cast<CTerminalReader*>(self);
+    }
+
+    static char* Prompt(EditLine* edit) { return Self(edit).m_prompt.data(); }
+
+    // The library's own reader starts again after a signal; this one lets
+    // Ctrl-C end the line.
+    static int ReadCharacter(EditLine* edit, wchar_t* character) {
+        std::mbstate_t state{};
+        while (true) {
+            char byte = 0;
+            const ssize_t count = ::read(STDIN_FILENO, &byte, 1);
+            if (count <= 0) {
+                Self(edit).m_interrupted = count < 0 && errno == EINTR;
+                return static_cast<int>(count);
+            }
+            const size_t used = std::mbrtowc(character, &byte, 1, &state);
+            if (used == static_cast<size_t>(-1)) {
+                // Not a character of this locale: shown as what it is, an unknown one.
+                *character = L'?';
+                return 1;
+            }
+            if (used != static_cast<size_t>(-2)) {
+                return 1;
+            }
+        }
+    }
+
+    std::string m_prompt;
+    bool m_interrupted = false;
+    std::unique_ptr<EditLine, CEditLineEnd> m_edit;
+    std::unique_ptr<History, CHistoryEnd> m_history;
+};
+
+}  // namespace
+
+std::unique_ptr<ILineReader> MakeTerminalReader() {
+    return std::make_unique<CTerminalReader>();
+}

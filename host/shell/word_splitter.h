@@ -1,0 +1,14 @@
+// Splits a line into words.
+//
+// Words are separated by blanks and tabs. '...' takes everything as it stands;
+// "..." and bare words know the escapes \\ \" \' \n \t \r \0 \xHH and, in bare
+// words, "\ " for a blank. A # at the beginning of a word starts a comment.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Throws CUsageError, which names the column, for an open quote, an unknown
+// escape or a bare control character.
+std::vector<std::string> SplitLine(std::string_view line);

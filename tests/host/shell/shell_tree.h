@@ -1,0 +1,67 @@
+// A shell on a small tree, with what it prints caught.
+//
+//   /dev/            a device
+//     add A [B]      a command: prints what it got, answers the sum
+//     fail           a command that answers ERR_FAIL
+//     mute           a command that answers nothing
+//     throw          a command that throws
+//     check          a test that passes, fails or waits to be stopped
+//     name=          a writable text
+//     fixed=         a read-only number
+//     memory[]       256 bytes by address
+//     list[]         100 bytes by index, from 5 on
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "framework/diag_array.h"
+#include "framework/diag_device.h"
+#include "host/shell/interrupt.h"
+#include "host/shell/shell.h"
+#include "host/terminal.h"
+
+class CMemoryArray : public CDiagArray<unsigned char> {
+  public:
+    CMemoryArray(ENodeType type, const std::string& name, uint64_t first, uint64_t last)
+        : CDiagArray<unsigned char>(type, name, "some bytes", first, last, false,
+                                    VT_UINT8 | VF_HEX | VF_PAD) {}
+
+    void Set(uint64_t pos, const unsigned char& value) override;
+    unsigned char Get(uint64_t pos) override;
+
+    // Every position not set holds its own low byte.
+    std::map<uint64_t, unsigned char> cells;
+    // Access to this position fails.
+    uint64_t broken = ~uint64_t{0};
+};
+
+class ShellTest : public testing::Test {
+  protected:
+    ShellTest();
+    ~ShellTest() override;
+
+    // Runs a line; what it printed is then in `printed` and `errors`.
+    EExitStatus Run(const std::string& line, const std::string& origin = "");
+    // Starts and ends the catching of output, for what runs no single line.
+    void Catch();
+    void Caught();
+
+    CDiagMenu m_root{TMENU, "board", "a test board"};
+    CDiagDevice* m_device;  // owned by the tree, like these:
+    CMemoryArray* m_memory;
+    CMemoryArray* m_list;
+    unsigned int m_calls = 0;  // of commands and tests
+
+    std::string printed;
+    std::string errors;
+
+    CInterrupt m_interrupt;
+    CTerminal m_terminal{stdout};
+    CTerminalLog m_log{m_terminal};
+    CShell m_shell{m_root, m_terminal, m_interrupt};
+};
