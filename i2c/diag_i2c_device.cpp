@@ -58,11 +58,13 @@ class CCheckDevCmd : public CDiagFunc {
             return;
         }
         auto& bus = ParentDeviceOf<CI2cDevice>(*this);
-        const bool found = bus.check_dev(addr);
-        if (!found) {
-            SendLog(LW_PRINT, "   check device error!\n");
-        }
-        AnswerResult(out, found);
+        AnswerWorkOf(*this, out, [&] {
+            const bool found = bus.check_dev(addr);
+            if (!found) {
+                SendLog(LW_PRINT, "   check device error!\n");
+            }
+            return found;
+        });
     }
 };
 
@@ -73,17 +75,18 @@ class CProbeCmd : public CDiagFunc {
 
     void Invoke(CInMsg&, COutMsg& out) override {
         auto& bus = ParentDeviceOf<CI2cDevice>(*this);
-        bus.ClearAllDeviceAddrList();
-        if (!bus.DisableAllSwitches()) {
-            SendLog(LW_PRINT, "   disabling switches error!\n");
-            AnswerResult(out, false);
-            return;
-        }
-        const bool ok = bus.probe(0);
-        if (!ok) {
-            SendLog(LW_PRINT, "   probe devices error!\n");
-        }
-        AnswerResult(out, ok);
+        AnswerWorkOf(*this, out, [&] {
+            bus.ClearAllDeviceAddrList();
+            if (!bus.DisableAllSwitches()) {
+                SendLog(LW_PRINT, "   disabling switches error!\n");
+                return false;
+            }
+            const bool ok = bus.probe(0);
+            if (!ok) {
+                SendLog(LW_PRINT, "   probe devices error!\n");
+            }
+            return ok;
+        });
     }
 };
 

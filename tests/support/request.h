@@ -20,7 +20,7 @@ struct CReply {
 template <class... Args>
 CReply Send(CDiagMenu& node, EMsgType type, const Args&... args) {
     COutMsg request(type, node.GetId());
-    (request << ... << args);
+    (static_cast<void>(request << args), ...);
     CInMsg in(request);
     COutMsg out(type, 0, node.GetId());
     node.HandleMsg(in, out);

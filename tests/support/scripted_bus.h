@@ -15,9 +15,9 @@ struct CExpectedXfer {
     bool read = false;
     uint8_t cmd_sel = 0;
     uint16_t cmd = 0;
-    std::vector<uint8_t> data;  // what a write must carry; what a read answers
+    std::vector<uint8_t> data{};  // what a write must carry; what a read answers
     bool ok = true;
-    std::string errmsg;  // left in the record when not ok
+    std::string errmsg{};  // left in the record when not ok
     int8_t switch_ch = -1;
 };
 
