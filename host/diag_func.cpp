@@ -1,11 +1,10 @@
 #include "framework/diag_func.h"
 
-#include <exception>
 #include <memory>
 
-#include "framework/diag_exception.h"
 #include "framework/diag_log_word.h"
 #include "host/device_lock.h"
+#include "host/exception_text.h"
 
 CDiagFunc::CDiagFunc(const std::string& name, const std::string& description, unsigned int flags)
     : CDiagMenu(TFUNC, name, description), m_flags(flags) {}
@@ -22,17 +21,13 @@ void CDiagFunc::HandleMsg(CInMsg& in, COutMsg& out) {
     if ((m_flags & HOLDS_DEVICE) != 0 && device != nullptr) {
         hold = CDeviceHold::Acquire({{device, DEV_LOCK_PROTECT}}, [] { return false; });
     }
-    const auto fail = [this, &out](const char* text) {
-        SendLog(LW_ERR_SW, "%s", text);
-        out.Clear();
-        out << static_cast<uint8_t>(MSG_ERR_FAIL);
-    };
     try {
         Invoke(in, out);
-    } catch (const CDiagException& e) {
-        fail(e.what());
-    } catch (const std::exception& e) {
-        fail(e.what());
+    } catch (...) {
+        SendLog(LW_ERR_SW, "%s", CurrentExceptionText().c_str());
+        // What was written so far is no answer.
+        out.Clear();
+        out << static_cast<uint8_t>(MSG_ERR_FAIL);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "framework/diag_multi_dev_test.h"
 
+#include "framework/diag_exception.h"
 #include "host/device_lock.h"
 #include "host/diag_tree.h"
 #include "host/test_runner.h"

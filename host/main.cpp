@@ -5,13 +5,12 @@
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
-#include <exception>
 #include <memory>
 #include <system_error>
 
-#include "framework/diag_exception.h"
 #include "host/board_loader.h"
 #include "host/diag_log.h"
+#include "host/exception_text.h"
 #include "host/options.h"
 #include "host/shell/interrupt.h"
 #include "host/shell/line_reader.h"
@@ -108,9 +107,7 @@ int Run(int argc, const char* const* argv) {
 int main(int argc, char** argv) {
     try {
         return Run(argc, argv);
-    } catch (const CDiagException& e) {
-        return Fail(e.what(), EXIT_HOST);
-    } catch (const std::exception& e) {
-        return Fail(e.what(), EXIT_HOST);
+    } catch (...) {
+        return Fail(CurrentExceptionText(), EXIT_HOST);
     }
 }

@@ -10,13 +10,18 @@
 
 namespace {
 
-// One element of one register, as the operator named it.
-struct CRegElement {
+// A register, or one element of it, as the operator named it.
+struct CRegName {
     diag_reg_st* reg = nullptr;
     unsigned int index = 0;
+    bool has_index = false;
+
+    unsigned int Count() const { return reg->num_regs > 1 ? reg->num_regs : 1; }
+    // An array named without an index.
+    bool IsWholeArray() const { return Count() > 1 && !has_index; }
 };
 
-// A command that acts on one register element.
+// A command that acts on a register.
 class CRegisterCmd : public CDiagFunc {
   public:
     CRegisterCmd(CDiagRegisterDevice& device, const std::string& name,
@@ -28,24 +33,31 @@ class CRegisterCmd : public CDiagFunc {
         AddChild(new CDiagParam(vt, name, description, pt), NO_SORT);
     }
 
-    // Finds the element that `text` names; a register array needs an index.
-    bool Find(CRegElement& element, const std::string& text) const {
+    // Finds what `text` names.
+    bool Find(CRegName& found, const std::string& text) const {
         std::string name;
-        const bool has_index = diag_crack_regname_index(name, element.index, text);
-        element.reg = m_device.getRegEntry(name);
-        if (element.reg == nullptr) {
+        found.has_index = diag_crack_regname_index(name, found.index, text);
+        found.reg = m_device.getRegEntry(name);
+        if (found.reg == nullptr) {
             SendLog(LW_ERR_SW, "No register named %s\n", name.c_str());
             return false;
         }
-        const unsigned int count = element.reg->num_regs > 1 ? element.reg->num_regs : 1;
-        if (count > 1 && !has_index) {
-            SendLog(LW_ERR_SW, "%s is an array: name one element, %s[0] to %s[%u]\n", name.c_str(),
-                    name.c_str(), name.c_str(), count - 1);
+        if (found.index >= found.Count()) {
+            SendLog(LW_ERR_SW, "%s[%u] invalid index, valid range 0 to %u\n", found.reg->name,
+                    found.index, found.Count() - 1);
             return false;
         }
-        if (element.index >= count) {
-            SendLog(LW_ERR_SW, "%s[%u] invalid index, valid range 0 to %u\n", name.c_str(),
-                    element.index, count - 1);
+        return true;
+    }
+
+    // Finds what `text` names, which must be a single found.
+    bool FindElement(CRegName& found, const std::string& text) const {
+        if (!Find(found, text)) {
+            return false;
+        }
+        if (found.IsWholeArray()) {
+            SendLog(LW_ERR_SW, "%s is an array: name one element, %s[0] to %s[%u]\n",
+                    found.reg->name, found.reg->name, found.reg->name, found.Count() - 1);
             return false;
         }
         return true;
@@ -65,14 +77,27 @@ class CPeekRegCmd : public CRegisterCmd {
     void Invoke(CInMsg& in, COutMsg& out) override {
         std::string name;
         in >> name;
-        CRegElement element;
-        diag_regdata_t data = 0;
+        CRegName found;
         std::string text;
-        const bool ok = Find(element, name) &&
-                        m_device.readRegEntry(&data, element.reg, element.index) &&
-                        reg_data_to_string(text, &data, element.reg->dtype, element.reg->format);
+        const bool ok = Find(found, name) && Read(found, text);
         AnswerResult(out, ok);
         out << (ok ? text : "???");
+    }
+
+  private:
+    // The values of a whole array are separated by blanks.
+    bool Read(const CRegName& found, std::string& text) {
+        const unsigned int end = found.IsWholeArray() ? found.Count() : found.index + 1;
+        for (unsigned int index = found.index; index < end; ++index) {
+            diag_regdata_t data = 0;
+            std::string value;
+            if (!m_device.readRegEntry(&data, found.reg, index) ||
+                !reg_data_to_string(value, &data, found.reg->dtype, found.reg->format)) {
+                return false;
+            }
+            text += text.empty() ? value : " " + value;
+        }
+        return true;
     }
 };
 
@@ -88,19 +113,19 @@ class CPokeRegCmd : public CRegisterCmd {
         std::string name;
         uint64_t value = 0;
         in >> name >> value;
-        CRegElement element;
-        if (!Find(element, name)) {
+        CRegName found;
+        if (!FindElement(found, name)) {
             AnswerResult(out, false);
             return;
         }
         diag_regdata_t data = 0;
-        if (!reg_data_from_arg(&data, element.reg->dtype, value)) {
+        if (!reg_data_from_arg(&data, found.reg->dtype, value)) {
             SendLog(LW_WARN, "%s does not fit register %s\n", toString(value, VF_HEX).c_str(),
-                    element.reg->name);
+                    found.reg->name);
             AnswerResult(out, false);
             return;
         }
-        AnswerResult(out, m_device.writeRegEntry(&data, element.reg, element.index));
+        AnswerResult(out, m_device.writeRegEntry(&data, found.reg, found.index));
     }
 };
 
@@ -118,9 +143,9 @@ class CSetClrRegCmd : public CRegisterCmd {
         std::string name;
         uint64_t mask = 0;
         in >> name >> mask;
-        CRegElement element;
-        AnswerResult(out, Find(element, name) &&
-                              m_device.SetClrBits(mask, element.reg, element.index, m_set));
+        CRegName found;
+        AnswerResult(out, FindElement(found, name) &&
+                              m_device.SetClrBits(mask, found.reg, found.index, m_set));
     }
 
   private:

@@ -2,13 +2,11 @@
 // which have the same operations but no common class that declares them.
 #pragma once
 
-#include <exception>
-
 #include "framework/diag_device.h"
-#include "framework/diag_exception.h"
 #include "framework/diag_log_word.h"
 #include "framework/diag_test_base.h"
 #include "host/device_lock.h"
+#include "host/exception_text.h"
 
 class CTestRunner {
   public:
@@ -108,10 +106,8 @@ class CTestRunner {
         try {
             phase();
             return true;
-        } catch (const CDiagException& e) {
-            test.SendLog(LW_ERR_SW, "%s", e.what());
-        } catch (const std::exception& e) {
-            test.SendLog(LW_ERR_SW, "%s", e.what());
+        } catch (...) {
+            test.SendLog(LW_ERR_SW, "%s", CurrentExceptionText().c_str());
         }
         status = DS_FAILED;
         return false;

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <exception>
 
-#include "framework/diag_exception.h"
 #include "framework/diag_menu.h"
 #include "host/diag_tree.h"
+#include "host/exception_text.h"
 #include "host/shell/builtins.h"
 #include "host/shell/node_kind.h"
 #include "host/shell/printable.h"
@@ -28,11 +27,8 @@ EExitStatus CShell::Execute(std::string_view line, const std::string& origin) {
         }
     } catch (const CUsageError& e) {
         return Refuse(e.what(), origin);
-    } catch (const CDiagException& e) {
-        Refuse(e.what(), origin);
-        return EXIT_FAILED;
-    } catch (const std::exception& e) {
-        Refuse(e.what(), origin);
+    } catch (...) {
+        Refuse(CurrentExceptionText(), origin);
         return EXIT_FAILED;
     }
     m_terminal.EndLine();
