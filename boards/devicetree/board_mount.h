@@ -1,0 +1,17 @@
+// From a device tree to the object tree of a simulated board: a root menu, the
+// buses below it, multiplexers and their channel menus below these, and devices
+// where they hang. The node "sim" stands beside the buses.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "boards/devicetree/device_tree.h"
+#include "framework/diag_menu.h"
+
+// Memories live in files below `state`, at their place in the topology, and
+// begin with what the file of the same place below `images` holds. A node that
+// cannot be mounted is reported with one warning and left out; the rest is
+// mounted. The tree is needed no longer afterwards.
+std::unique_ptr<CDiagMenu> MountBoard(const CDeviceTree& tree, const std::filesystem::path& images,
+                                      const std::filesystem::path& state);

@@ -1,0 +1,40 @@
+// The one table from "compatible" to what stands for a device: its node in the
+// tree and, on a simulated board, its chip on the wire.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "boards/devicetree/device_tree_node.h"
+#include "boards/devicetree/plain_node.h"
+#include "boards/devicetree/sim_parts.h"
+
+enum class EBindingKind {
+    CONTAINER,  // a bus of the processor that only holds other nodes
+    I2C_BUS,
+    I2C_DEVICE,
+    I2C_MODULE,  // pluggable: stands anywhere and names its bus
+    MDIO_BUS,
+    MDIO_PHY,
+};
+
+struct CBinding {
+    using CreateNode = std::unique_ptr<CDiagMenu> (*)(const CDeviceRequest&);
+    using CreateChip = CSimParts (*)(const CChipRequest&);
+
+    std::string_view compatible;  // "vendor,part"; "*,part" stands for every vendor's
+    EBindingKind kind;
+    CreateNode create_node;  // null where the node is no device of the tree's own
+    CreateChip create_chip;  // null where nothing on the wire is simulated
+};
+
+// What a list of compatibles says a node is.
+struct CMatch {
+    const CBinding* binding = nullptr;  // null when nothing matches
+    std::string compatible;             // the text that matched, else the first; may be empty
+};
+
+// The first text of the list that the table names in full decides; failing
+// that, the first whose part after the comma it has for every vendor.
+CMatch MatchCompatible(const CDeviceTreeNode& node);
