@@ -1,0 +1,166 @@
+#include "boards/root_bus/root_bus.h"
+
+#include "boards/root_bus/wire_request.h"
+#include "framework/diag_functions.h"
+#include "framework/diag_log_word.h"
+
+namespace {
+
+constexpr unsigned int LW_BUS_ERROR = LogWord(LOG_LT_HW_DEBUG_BASE, 1);
+
+__attribute__((format(printf, 1, 2))) std::string Text(const char* fmt, ...) {
+    CFmtString text;
+    va_list args;
+    va_start(args, fmt);
+    text.vprintf(fmt, args);
+    va_end(args);
+    return text.c_str();
+}
+
+// Why a request must not go on the wire; empty when it may.
+std::string Refusal(const CI2cXfrReq& req, uint32_t max_size) {
+    if (req.saddr > 0x7F) {
+        return Text("bad address 0x%02x: 7 bits at most", req.saddr);
+    }
+    if (req.cmd_sel > 2) {
+        return Text("bad command size %u: 2 bytes at most", req.cmd_sel);
+    }
+    if (req.tsize > max_size) {
+        return Text("bad length %u: this bus moves at most %u bytes", req.tsize, max_size);
+    }
+    if (req.tsize > 0 && req.data == nullptr) {
+        return Text("no buffer for %u data bytes", req.tsize);
+    }
+    return {};
+}
+
+std::string DataNackText(const CI2cXfrReq& req, size_t byte) {
+    if (byte < req.cmd_sel) {
+        return Text("0x%02x did not acknowledge command byte %zu", req.saddr, byte);
+    }
+    if (byte < size_t{req.cmd_sel} + req.tsize) {
+        return Text("0x%02x did not acknowledge data byte %zu", req.saddr, byte - req.cmd_sel);
+    }
+    return Text("0x%02x did not acknowledge the packet error code", req.saddr);
+}
+
+std::string FailureText(const CI2cResult& result, const CI2cXfrReq& req, unsigned int polls) {
+    switch (result.outcome) {
+        case I2C_NO_ADDR_ACK:
+            if (result.msg > 0) {
+                return Text("no acknowledge from 0x%02x at the repeated start", req.saddr);
+            }
+            if (polls > 0) {
+                return Text("no acknowledge from 0x%02x, asked %u more times after a write",
+                            req.saddr, polls);
+            }
+            return Text("no acknowledge from 0x%02x", req.saddr);
+        case I2C_NO_DATA_ACK:
+            return DataNackText(req, result.byte);
+        case I2C_BUS_STUCK:
+            return "bus stuck low";
+        case I2C_ARB_LOST:
+            return "arbitration lost";
+        case I2C_OK:
+        case I2C_OTHER:
+            break;
+    }
+    return result.text;
+}
+
+// Whether the slave acknowledged its address, whatever happened afterwards.
+bool IsAddressed(const CI2cResult& result) {
+    return result.outcome == I2C_OK || result.outcome == I2C_NO_DATA_ACK ||
+           (result.outcome == I2C_NO_ADDR_ACK && result.msg > 0);
+}
+
+}  // namespace
+
+CRootBus::CRootBus(const std::string& name, const std::string& description)
+    : CI2cDevice(name, description),
+      m_last_error(new CDiagMemValue<std::string>(
+          "last-error", "what went wrong in the last transfer", true, VT_STRING)) {
+    AddChild(m_last_error, NO_SORT);
+}
+
+bool CRootBus::I2cTrans(CI2cXfrReq& req) {
+    return Run("I2cTrans", req);
+}
+
+bool CRootBus::Run(const char* operation, CI2cXfrReq& req) {
+    if (!Accept(operation, req)) {
+        return false;
+    }
+    CWireRequest wire(req);
+    if (!Exchange(operation, req, wire.Messages(), wire.WritesData())) {
+        return false;
+    }
+    const CWireRequest::CPec pec = wire.CheckPec();
+    if (pec.got != pec.expected) {
+        return Fail(operation, req, "bad packet error code 0x%02x from 0x%02x, expected 0x%02x",
+                    pec.got, req.saddr, pec.expected);
+    }
+    wire.Deliver();
+    return Succeed(req);
+}
+
+bool CRootBus::Accept(const char* operation, CI2cXfrReq& req) {
+    const std::string refusal = Refusal(req, GetMaxTransSize());
+    return refusal.empty() || Fail(operation, req, "%s", refusal.c_str());
+}
+
+bool CRootBus::Exchange(const char* operation, CI2cXfrReq& req, std::span<const CI2cMsg> msgs,
+                        bool writes_data) {
+    unsigned int polls = 0;
+    const CI2cResult result = Move(msgs, writes_data, polls);
+    return result.IsOk() || Fail(operation, req, "%s", FailureText(result, req, polls).c_str());
+}
+
+// An address that was just written to may answer nothing while its write cycle
+// runs, so it is asked again; any other silence is final at once, or a probe
+// would take minutes.
+CI2cResult CRootBus::Move(std::span<const CI2cMsg> msgs, bool writes_data, unsigned int& polls) {
+    uint32_t waits_for = 0;
+    for (;;) {
+        {
+            const CGuard<CMutex> guard(m_wire_lock);
+            CI2cResult result = Transfer(msgs);
+            uint32_t& pending = m_pending_write[msgs.front().addr];
+            if (IsAddressed(result)) {
+                pending = result.IsOk() && writes_data ? ++m_writes : 0;
+            }
+            if (result.outcome != I2C_NO_ADDR_ACK || pending == 0) {
+                return result;
+            }
+            // Another thread may have written meanwhile: that cycle has a wait of its own.
+            if (pending != waits_for) {
+                waits_for = pending;
+                polls = 0;
+            }
+            if (polls == WRITE_CYCLE_POLLS) {
+                pending = 0;
+                return result;
+            }
+            ++polls;
+        }
+        MsSleep(1);
+    }
+}
+
+bool CRootBus::Succeed(CI2cXfrReq& req) {
+    req.ClrErrMsg();
+    m_last_error->Set({});
+    return true;
+}
+
+bool CRootBus::Fail(const char* operation, CI2cXfrReq& req, const char* fmt, ...) {
+    CFmtString text;
+    va_list args;
+    va_start(args, fmt);
+    text.vprintf(fmt, args);
+    va_end(args);
+    req.SetErrMsg(text.c_str());
+    m_last_error->Set(text.c_str());
+    SendLog(LW_BUS_ERROR, "(%s:%s): %s\n", GetName(), operation, text.c_str());
+    return false;
+}

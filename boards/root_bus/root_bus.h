@@ -1,0 +1,81 @@
+// What every root bus shares, on one primitive, "do these messages in one go":
+// the transfer record, the SMBus operations, packet error checking, waiting for
+// the write cycle of a memory, and the error texts.
+//
+// A record becomes a write of its command bytes (low byte of `cmd` first)
+// followed by its data, or a write of the command bytes and a repeated-start
+// read. Without command bytes a read is a plain read; with neither command
+// bytes nor data it is an empty message in the direction given.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "boards/root_bus/i2c_msg.h"
+#include "framework/diag_mutex.h"
+#include "framework/diag_value.h"
+#include "i2c/diag_i2c_device.h"
+
+class CRootBus : public CI2cDevice {
+  public:
+    // How often a slave that was just written to, and answers nothing, is asked again.
+    static constexpr unsigned int WRITE_CYCLE_POLLS = 25;
+    // The longest block of the SMBus block operations.
+    static constexpr uint32_t SMBUS_BLOCK_MAX = 32;
+
+    CRootBus(const std::string& name, const std::string& description);
+
+    // Several threads may call this at once. After a failure errmsg, the
+    // "last-error" node and a hardware debug line tell what happened.
+    bool I2cTrans(CI2cXfrReq& req) override;
+    // A root bus has no switch path to leave out.
+    bool DirectI2cTrans(CI2cXfrReq& req) override { return I2cTrans(req); }
+
+    // `ch` is ignored: there is no switch. The block operations move 1 to 32
+    // bytes; the slave must announce exactly `len` of them.
+    bool smb_write_quick(int8_t ch, uint8_t addr) override;
+    bool smb_read_quick(int8_t ch, uint8_t addr) override;
+    bool smb_send_byte(int8_t ch, uint8_t addr, uint8_t data) override;
+    bool smb_receive_byte(int8_t ch, uint8_t addr, uint8_t* data) override;
+    bool smb_write_byte(int8_t ch, uint8_t addr, uint8_t cmd, uint8_t data) override;
+    bool smb_read_byte(int8_t ch, uint8_t addr, uint8_t cmd, uint8_t* data) override;
+    bool smb_write_word(int8_t ch, uint8_t addr, uint8_t cmd, uint16_t data) override;
+    bool smb_read_word(int8_t ch, uint8_t addr, uint8_t cmd, uint16_t* data) override;
+    bool smb_block_write(int8_t ch, uint8_t addr, uint8_t cmd, uint32_t len, uint8_t* buf) override;
+    bool smb_block_read(int8_t ch, uint8_t addr, uint8_t cmd, uint32_t len, uint8_t* buf) override;
+    bool smb_block_process_call(int8_t ch, uint8_t addr, uint8_t cmd, uint32_t len,
+                                uint8_t* buf) override;
+
+    // What went wrong in the last transfer; empty when it succeeded.
+    std::string GetLastError() const { return m_last_error->Get(); }
+
+  protected:
+    // Moves the messages with a repeated start between them and a stop at the
+    // end, also after a failure. Called by one thread at a time.
+    virtual CI2cResult Transfer(std::span<const CI2cMsg> msgs) = 0;
+
+  private:
+    // `operation` is what the operator sees in the debug line.
+    bool Run(const char* operation, CI2cXfrReq& req);
+    bool Accept(const char* operation, CI2cXfrReq& req);
+    bool Exchange(const char* operation, CI2cXfrReq& req, std::span<const CI2cMsg> msgs,
+                  bool writes_data);
+    CI2cResult Move(std::span<const CI2cMsg> msgs, bool writes_data, unsigned int& polls);
+    bool Succeed(CI2cXfrReq& req);
+    bool Fail(const char* operation, CI2cXfrReq& req, const char* fmt, ...)
+        __attribute__((format(printf, 4, 5)));
+    bool CheckBlockLength(const char* operation, CI2cXfrReq& req, uint32_t len);
+    bool CheckBlockCount(const char* operation, CI2cXfrReq& req, uint32_t count, uint32_t len);
+
+    CDiagMemValue<std::string>* m_last_error;  // a child node
+    // Taken for each transfer, not while waiting between two. Not m_lock: the
+    // slaves of this bus hold that one around I2cTrans, those behind its
+    // switches hold another.
+    CMutex m_wire_lock;
+    // Per address: the number of the write that may still be in its write
+    // cycle, 0 for none.
+    std::array<uint32_t, 128> m_pending_write{};
+    uint32_t m_writes = 0;
+};
