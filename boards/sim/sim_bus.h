@@ -1,0 +1,48 @@
+// The root bus that is simulated: chips on a segment, faults, and the time that
+// everything would take on a real wire. Read-only nodes below it count
+// "transfers", "bytes" (address bytes included) and "wire-time-ns".
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "boards/root_bus/root_bus.h"
+#include "boards/sim/sim_clock.h"
+#include "boards/sim/sim_faults.h"
+#include "boards/sim/sim_segment.h"
+
+class CSimBus : public CRootBus {
+  public:
+    CSimBus(const std::string& name, const std::string& description, uint32_t clock_hz,
+            CSimClock::CWallTime wall = CSimClock::SteadyNs);
+
+    // The wire at the controller. Chips are added before the first transfer.
+    CSimSegment& Segment() { return m_segment; }
+    CSimFaults& Faults() { return m_faults; }
+    const CSimFaults& Faults() const { return m_faults; }
+    // The time that the chips of this bus live in.
+    const CSimClock& Clock() const { return m_clock; }
+
+    // All that a transfer record can ask for.
+    uint32_t GetMaxTransSize() override { return 255; }
+
+    uint64_t GetTransfers() const { return m_transfers; }
+    uint64_t GetBytes() const { return m_bytes; }
+    uint64_t GetWireNs() const { return m_clock.WireNs(); }
+
+  protected:
+    CI2cResult Transfer(std::span<const CI2cMsg> msgs) override;
+
+  private:
+    CI2cResult Move(std::span<const CI2cMsg> msgs);
+    bool Address(const CI2cMsg& msg);
+    void CountByte();
+
+    CSimClock m_clock;
+    CSimSegment m_segment;
+    CSimFaults m_faults;
+    std::atomic<uint64_t> m_transfers{0};
+    std::atomic<uint64_t> m_bytes{0};
+};

@@ -1,0 +1,28 @@
+// The node "sim": commands that inject faults into the simulated buses and show
+// what the buses did, and below it the contents of every memory chip, reachable
+// without the bus.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "boards/sim/sim_bus.h"
+#include "boards/sim/sim_memory.h"
+#include "framework/diag_device.h"
+
+class CSimDevice : public CDiagDevice {
+  public:
+    CSimDevice();
+
+    // Buses and memories are not owned and must outlive every use of this node.
+    void AddBus(CSimBus& bus) { m_buses.push_back(&bus); }
+    // Adds an array node of that name whose positions are the memory's offsets.
+    void AddContents(const std::string& name, CSimMemory& memory);
+
+    const std::vector<CSimBus*>& GetBuses() const { return m_buses; }
+    // The bus of that name; throws CDiagException, listing the buses, when there is none.
+    CSimBus& GetBus(const std::string& name) const;
+
+  private:
+    std::vector<CSimBus*> m_buses;
+};

@@ -1,0 +1,45 @@
+// The faults injected into one simulated bus. All last until Clear, except the
+// failing transfer, which happens once.
+#pragma once
+
+#include <bitset>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "framework/diag_mutex.h"
+
+class CSimFaults {
+  public:
+    // Nobody acknowledges `addr`.
+    void Nack(uint8_t addr);
+    // A line is held low: no transfer gets anywhere.
+    void Stick();
+    // Bit `bit` of byte `byte` (from 0) of every read from `addr` arrives wrong.
+    void Flip(uint8_t addr, uint8_t byte, uint8_t bit);
+    // The `nth` transfer from now on (1: the next one) loses the arbitration.
+    void FailNth(uint32_t nth);
+    void Clear();
+    // One line of text per fault.
+    std::vector<std::string> Describe() const;
+
+    // What the bus asks. CountTransfer tells whether this transfer is the one to fail.
+    bool CountTransfer();
+    bool IsStuck() const;
+    bool Nacks(uint8_t addr) const;
+    void FlipBits(uint8_t addr, std::span<uint8_t> data) const;
+
+  private:
+    struct CFlip {
+        uint8_t addr;
+        uint8_t byte;
+        uint8_t bit;
+    };
+
+    mutable CMutex m_lock;
+    std::bitset<128> m_nacked;
+    bool m_stuck = false;
+    uint32_t m_fail_in = 0;  // 0: none
+    std::vector<CFlip> m_flips;
+};
