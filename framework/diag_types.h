@@ -65,7 +65,7 @@ enum ETestStatus : uint32_t {
 };
 
 // MSG_SKIPPED lies outside MSG_RC_FIRST..MSG_RC_LAST.
-enum EResCode : uint32_t {
+enum EResCode : int32_t {
     MSG_SUCCESS = 0,
     MSG_ERR_NORESP = 1,
     MSG_ERR_FAIL = 2,

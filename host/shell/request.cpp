@@ -45,8 +45,8 @@ std::string FailureText(EResCode code) {
             return "failed (no answer)";
         case MSG_ERR_ABORTED:
         case MSG_ERR_CANCELED:
-            return std::string("aborted (") + resCode2str(static_cast<int>(code)) + ")";
+            return std::string("aborted (") + resCode2str(code) + ")";
         default:
-            return std::string("failed (") + resCode2str(static_cast<int>(code)) + ")";
+            return std::string("failed (") + resCode2str(code) + ")";
     }
 }
