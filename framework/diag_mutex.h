@@ -61,6 +61,7 @@ class CGuard {
         m_mutex.Acquire();
     }
     // A failing release is reported, except while another exception is on its way.
+    // NOLINTNEXTLINE(bugprone-exception-escape)
     ~CGuard() noexcept(false) {
         try {
             m_mutex.Release();

@@ -21,20 +21,18 @@ int PutAll(IFmtOutput& out, const char* text, size_t length) {
 
 int IFmtOutput::vprintf(const char* fmt, va_list args) {
     std::array<char, 512> small;
-    va_list again;
-    va_copy(again, args);
-    const int length = std::vsnprintf(small.data(), small.size(), fmt, args);
-    int count = length;
-    if (length >= 0) {
-        const auto size = static_cast<size_t>(length);
-        if (size < small.size()) {
-            count = PutAll(*this, small.data(), size);
-        } else {
-            std::vector<char> large(size + 1);
-            std::vsnprintf(large.data(), large.size(), fmt, again);
-            count = PutAll(*this, large.data(), size);
-        }
+    va_list first_pass;
+    va_copy(first_pass, args);
+    const int length = std::vsnprintf(small.data(), small.size(), fmt, first_pass);
+    va_end(first_pass);
+    if (length < 0) {
+        return length;
     }
-    va_end(again);
-    return count;
+    const auto size = static_cast<size_t>(length);
+    if (size < small.size()) {
+        return PutAll(*this, small.data(), size);
+    }
+    std::vector<char> large(size + 1);
+    std::vsnprintf(large.data(), large.size(), fmt, args);
+    return PutAll(*this, large.data(), size);
 }

@@ -85,7 +85,7 @@ bool CRootBus::smb_read_word(int8_t, uint8_t addr, uint8_t cmd, uint16_t* data) 
     CI2cXfrReq req = CommandRequest(addr, true, cmd);
     req.data = data != nullptr ? bytes.data() : nullptr;
     req.tsize = bytes.size();
-    if (!Run("smb_read_word", req)) {
+    if (!Run("smb_read_word", req) || data == nullptr) {
         return false;
     }
     *data = static_cast<uint16_t>((bytes[1] << 8) | bytes[0]);

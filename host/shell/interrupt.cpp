@@ -1,12 +1,12 @@
 #include "host/shell/interrupt.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <system_error>
 
 #include "framework/diag_menu.h"

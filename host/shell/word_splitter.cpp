@@ -95,7 +95,7 @@ class CSplitter {
                 }
         }
         throw CUsageError("unknown escape at column " + std::to_string(start + 1) +
-                          "; there are \\\\ \\\" \\' \\n \\t \\r \\0 \\xHH");
+                          R"(; there are \\ \" \' \n \t \r \0 \xHH)");
     }
 
     char HexByte(size_t start) {
