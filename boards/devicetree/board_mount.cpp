@@ -60,6 +60,8 @@ template <class Step>
 void Guarded(Step step) {
     try {
         step();
+    } catch (const CContentsFault&) {
+        throw;
     } catch (const CDiagException& fault) {
         diag_pf_send_log(LW_WARN, "left out: %s\n", fault.what());
     }
@@ -200,7 +202,8 @@ class CBoardMount {
             ShowPlain(node, AddUnknown(node, match, addr, wire.Menu()));
             return;
         }
-        const CDeviceRequest request{node, NameFor(node, wire.Menu()), match.compatible, addr};
+        const CDeviceRequest request{node, NameFor(node, wire.Menu()), match.compatible, addr,
+                                     match.binding->create_chip != nullptr};
         CSimParts parts;
         if (match.binding->create_chip != nullptr) {
             const std::filesystem::path file = wire.Folder() / (AddrText(addr) + ".bin");
@@ -257,7 +260,7 @@ class CBoardMount {
     void MountMdioBus(const CDeviceTreeNode& node, const CMatch& match, CDiagMenu& menu) {
         CDiagMenu& bus =
             AddNode(menu, match.binding->create_node(
-                              {node, NameFor(node, menu), match.compatible, std::nullopt}));
+                              {node, NameFor(node, menu), match.compatible, std::nullopt, false}));
         std::map<uint32_t, std::string> claims;
         for (const auto& child : node.Children()) {
             Guarded([&] { MountMdioDevice(*child, bus, claims); });
@@ -274,8 +277,8 @@ class CBoardMount {
                                  addr, claim->second.c_str());
         }
         if (match.binding != nullptr && match.binding->kind == EBindingKind::MDIO_PHY) {
-            AddNode(bus,
-                    match.binding->create_node({node, NameFor(node, bus), match.compatible, addr}));
+            AddNode(bus, match.binding->create_node(
+                             {node, NameFor(node, bus), match.compatible, addr, false}));
         } else {
             AddUnknown(node, match, addr, bus);
         }
@@ -283,8 +286,8 @@ class CBoardMount {
 
     CDiagMenu& AddPlain(const CDeviceTreeNode& node, const CMatch& match,
                         std::optional<uint32_t> addr, CDiagMenu& menu, const char* note) {
-        return AddNode(menu,
-                       CreatePlainNode({node, NameFor(node, menu), match.compatible, addr}, note));
+        return AddNode(menu, CreatePlainNode(
+                                 {node, NameFor(node, menu), match.compatible, addr, false}, note));
     }
 
     CDiagMenu& AddUnknown(const CDeviceTreeNode& node, const CMatch& match,

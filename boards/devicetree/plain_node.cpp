@@ -13,5 +13,7 @@ std::unique_ptr<CDiagMenu> CreatePlainNode(const CDeviceRequest& request, const 
 }
 
 std::unique_ptr<CDiagMenu> CreateUnsupportedNode(const CDeviceRequest& request) {
-    return CreatePlainNode(request, "not yet supported");
+    // An operator who sees the node must know whether anything will answer.
+    return CreatePlainNode(
+        request, request.simulated ? "not yet supported" : "not yet supported, not simulated");
 }

@@ -15,6 +15,7 @@ struct CDeviceRequest {
     std::string name;              // in the tree
     std::string compatible;        // the one that was matched, else the first; may be empty
     std::optional<uint32_t> addr;  // on its bus
+    bool simulated;                // whether a chip on the wire stands for it
 };
 
 // Described as "COMPATIBLE at 0xADDR: NOTE".

@@ -79,7 +79,7 @@ std::unique_ptr<CSimMemory> CreateMemory(const CChipRequest& request, uint32_t s
     try {
         return std::make_unique<CSimMemory>(request.contents, size, ReadImage(request.image, size));
     } catch (const CDiagException& fault) {
-        throw CDiagException("%s: %s", request.node.Path().c_str(), fault.what());
+        throw CContentsFault(request.node.Path() + ": " + fault.what());
     }
 }
 

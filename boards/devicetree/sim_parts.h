@@ -11,6 +11,7 @@
 #include "boards/devicetree/i2c_wire.h"
 #include "boards/sim/sim_memory.h"
 #include "boards/sim/sim_mux.h"
+#include "framework/diag_exception.h"
 
 // What is to be put on the wire.
 struct CChipRequest {
@@ -20,6 +21,14 @@ struct CChipRequest {
     CI2cWire& wire;
     std::filesystem::path contents;  // the file that a memory lives in
     std::filesystem::path image;     // what it holds at first; may be missing
+};
+
+// The contents of a simulated chip cannot be had. Unlike a fault of the
+// description it ends the start: a board with other contents than the operator's
+// own would only mislead.
+class CContentsFault : public CDiagException {
+  public:
+    explicit CContentsFault(const std::string& text) : CDiagException("%s", text.c_str()) {}
 };
 
 // What the rest of the board has to know of the chip; the wire owns it.

@@ -1,5 +1,7 @@
 #include "boards/root_bus/root_bus.h"
 
+#include <chrono>
+
 #include "boards/root_bus/wire_request.h"
 #include "framework/diag_functions.h"
 #include "framework/diag_log_word.h"
@@ -68,12 +70,6 @@ std::string FailureText(const CI2cResult& result, const CI2cXfrReq& req, unsigne
     return result.text;
 }
 
-// Whether the slave acknowledged its address, whatever happened afterwards.
-bool IsAddressed(const CI2cResult& result) {
-    return result.outcome == I2C_OK || result.outcome == I2C_NO_DATA_ACK ||
-           (result.outcome == I2C_NO_ADDR_ACK && result.msg > 0);
-}
-
 }  // namespace
 
 CRootBus::CRootBus(const std::string& name, const std::string& description)
@@ -118,33 +114,35 @@ bool CRootBus::Exchange(const char* operation, CI2cXfrReq& req, std::span<const 
 
 // An address that was just written to may answer nothing while its write cycle
 // runs, so it is asked again; any other silence is final at once, or a probe
-// would take minutes.
+// would take minutes. An answer does not end the waiting: behind a switch it may
+// have come from another chip at the same address.
 CI2cResult CRootBus::Move(std::span<const CI2cMsg> msgs, bool writes_data, unsigned int& polls) {
-    uint32_t waits_for = 0;
-    for (;;) {
+    while (true) {
         {
             const CGuard<CMutex> guard(m_wire_lock);
-            CI2cResult result = Transfer(msgs);
-            uint32_t& pending = m_pending_write[msgs.front().addr];
-            if (IsAddressed(result)) {
-                pending = result.IsOk() && writes_data ? ++m_writes : 0;
+            CI2cResult result = Transfer(msgs, polls > 0);
+            std::optional<uint64_t>& written_ms = m_written_ms[msgs.front().addr];
+            if (result.IsOk() && writes_data) {
+                written_ms = NowMs();
             }
-            if (result.outcome != I2C_NO_ADDR_ACK || pending == 0) {
+            const bool unanswered = result.outcome == I2C_NO_ADDR_ACK && result.msg == 0;
+            if (!unanswered || !written_ms || NowMs() - *written_ms >= WRITE_CYCLE_MS) {
                 return result;
             }
-            // Another thread may have written meanwhile: that cycle has a wait of its own.
-            if (pending != waits_for) {
-                waits_for = pending;
-                polls = 0;
-            }
-            if (polls == WRITE_CYCLE_POLLS) {
-                pending = 0;
-                return result;
-            }
-            ++polls;
         }
-        MsSleep(1);
+        ++polls;
+        WaitMs(1);
     }
+}
+
+uint64_t CRootBus::NowMs() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<uint64_t>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
+
+void CRootBus::WaitMs(unsigned int ms) {
+    MsSleep(ms);
 }
 
 bool CRootBus::Succeed(CI2cXfrReq& req) {

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -20,8 +21,9 @@
 
 class CRootBus : public CI2cDevice {
   public:
-    // How often a slave that was just written to, and answers nothing, is asked again.
-    static constexpr unsigned int WRITE_CYCLE_POLLS = 25;
+    // How long after a write a slave that answers nothing is asked again, every
+    // millisecond.
+    static constexpr uint64_t WRITE_CYCLE_MS = 25;
     // The longest block of the SMBus block operations.
     static constexpr uint32_t SMBUS_BLOCK_MAX = 32;
 
@@ -53,8 +55,12 @@ class CRootBus : public CI2cDevice {
 
   protected:
     // Moves the messages with a repeated start between them and a stop at the
-    // end, also after a failure. Called by one thread at a time.
-    virtual CI2cResult Transfer(std::span<const CI2cMsg> msgs) = 0;
+    // end, also after a failure. Called by one thread at a time. `again` tells
+    // that a slave is asked again because its write cycle may run.
+    virtual CI2cResult Transfer(std::span<const CI2cMsg> msgs, bool again) = 0;
+    // The time that the slaves of this bus live in, in milliseconds.
+    virtual uint64_t NowMs();
+    virtual void WaitMs(unsigned int ms);
 
   private:
     // `operation` is what the operator sees in the debug line.
@@ -74,8 +80,6 @@ class CRootBus : public CI2cDevice {
     // slaves of this bus hold that one around I2cTrans, those behind its
     // switches hold another.
     CMutex m_wire_lock;
-    // Per address: the number of the write that may still be in its write
-    // cycle, 0 for none.
-    std::array<uint32_t, 128> m_pending_write{};
-    uint32_t m_writes = 0;
+    // Per address: when data was last written there.
+    std::array<std::optional<uint64_t>, 128> m_written_ms{};
 };

@@ -4,8 +4,6 @@
 #include <bit>
 
 #include "framework/diag_exception.h"
-#include "framework/diag_functions.h"
-#include "framework/diag_log_word.h"
 
 namespace {
 
@@ -56,41 +54,16 @@ CSimAt24::CSimAt24(const sim_at24_part_t& part, uint8_t addr, std::unique_ptr<CS
     }
 }
 
-// Runs an access to the memory. A failure is logged once, however often a
-// polling bus runs into it.
-template <class Access>
-bool CSimAt24::Guarded(Access access) {
-    try {
-        access();
-        m_reported.clear();
-        return true;
-    } catch (const CDiagException& e) {
-        if (m_reported != e.what()) {
-            m_reported = e.what();
-            diag_pf_send_log(LW_ERR_SYS, "%s\n", e.what());
-        }
-        return false;
-    }
-}
-
 bool CSimAt24::Start(uint8_t addr, bool read) {
     // Without a stop condition there is no write cycle: a page that was being
     // sent is forgotten.
-    if (!m_commit_due) {
-        m_page_loaded.reset();
-    }
+    m_page_loaded.reset();
     m_state = IDLE;
     if (!Selects(addr) || m_clock.NowNs() < m_busy_until_ns) {
         return false;
     }
-    if (m_commit_due) {
-        CommitPage();
-        return false;
-    }
     if (read) {
-        if (!Load()) {
-            return false;
-        }
+        m_memory->Read(0, m_image);
         m_state = READ;
         return true;
     }
@@ -129,36 +102,29 @@ uint8_t CSimAt24::ReadByte() {
 }
 
 void CSimAt24::Stop() {
-    if (m_state == DATA && m_page_loaded.any()) {
+    const bool commit = m_state == DATA && m_page_loaded.any();
+    m_state = IDLE;
+    if (commit) {
         CommitPage();
     }
-    m_state = IDLE;
 }
 
 bool CSimAt24::Selects(uint8_t addr) const {
     return ((addr ^ m_addr) & ~(m_part.addresses - 1U)) == 0;
 }
 
-bool CSimAt24::Load() {
-    return Guarded([this] { m_memory->Read(0, m_image); });
-}
-
-// Starts the write cycle. A page that the file does not take stays here and the
-// chip silent; every later start tries again.
+// Stores the page and starts the write cycle.
 void CSimAt24::CommitPage() {
-    m_commit_due = !Guarded([this] {
-        std::array<uint8_t, MAX_PAGE> bytes;
-        const auto page = std::span(bytes).first(m_part.page);
-        m_memory->Read(m_page_base, page);
-        for (size_t i = 0; i < page.size(); ++i) {
-            if (m_page_loaded[i]) {
-                page[i] = m_page[i];
-            }
+    const std::bitset<MAX_PAGE> loaded = m_page_loaded;
+    m_page_loaded.reset();
+    std::array<uint8_t, MAX_PAGE> bytes;
+    const auto page = std::span(bytes).first(m_part.page);
+    m_memory->Read(m_page_base, page);
+    for (size_t i = 0; i < page.size(); ++i) {
+        if (loaded[i]) {
+            page[i] = m_page[i];
         }
-        m_memory->Write(m_page_base, page);
-    });
-    if (!m_commit_due) {
-        m_page_loaded.reset();
-        m_busy_until_ns = m_clock.NowNs() + WRITE_CYCLE_NS;
     }
+    m_memory->Write(m_page_base, page);
+    m_busy_until_ns = m_clock.NowNs() + WRITE_CYCLE_NS;
 }

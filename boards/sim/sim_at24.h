@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -52,10 +51,7 @@ class CSimAt24 : public ISimChip {
     enum EState : uint8_t { IDLE, ADDRESS, DATA, READ };
     static constexpr uint16_t MAX_PAGE = 256;
 
-    template <class Access>
-    bool Guarded(Access access);
     bool Selects(uint8_t addr) const;
-    bool Load();
     void CommitPage();
 
     const sim_at24_part_t m_part;
@@ -74,6 +70,4 @@ class CSimAt24 : public ISimChip {
     uint32_t m_page_base = 0;
     std::array<uint8_t, MAX_PAGE> m_page{};
     std::bitset<MAX_PAGE> m_page_loaded;
-    bool m_commit_due = false;  // the file could not take the page yet
-    std::string m_reported;     // the failure last logged
 };

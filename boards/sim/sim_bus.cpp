@@ -1,12 +1,11 @@
 #include "boards/sim/sim_bus.h"
 
-#include <utility>
-
 namespace {
 
 // A start or stop condition takes the time of a bit; a byte has its acknowledge.
 constexpr uint64_t CONDITION_BITS = 1;
 constexpr uint64_t BYTE_BITS = 9;
+constexpr uint64_t NS_PER_MS = 1'000'000;
 
 // A counter of the bus as a node.
 class CWireCounter : public CDiagValue<uint64_t> {
@@ -26,11 +25,13 @@ class CWireCounter : public CDiagValue<uint64_t> {
 
 }  // namespace
 
-CSimBus::CSimBus(const std::string& name, const std::string& description, uint32_t clock_hz,
-                 CSimClock::CWallTime wall)
-    : CRootBus(name, description), m_clock(clock_hz, std::move(wall)) {
+CSimBus::CSimBus(const std::string& name, const std::string& description, uint32_t clock_hz)
+    : CRootBus(name, description), m_clock(clock_hz) {
     AddChild(new CWireCounter(*this, "transfers", "transfers since start-up, failed ones included",
                               &CSimBus::GetTransfers),
+             NO_SORT);
+    AddChild(new CWireCounter(*this, "polls", "times a chip was asked again after a write",
+                              &CSimBus::GetPolls),
              NO_SORT);
     AddChild(new CWireCounter(*this, "bytes", "bytes on the wire, address bytes included",
                               &CSimBus::GetBytes),
@@ -40,19 +41,39 @@ CSimBus::CSimBus(const std::string& name, const std::string& description, uint32
              NO_SORT);
 }
 
-CI2cResult CSimBus::Transfer(std::span<const CI2cMsg> msgs) {
-    ++m_transfers;
-    const bool loses = m_faults.CountTransfer();
+CI2cResult CSimBus::Transfer(std::span<const CI2cMsg> msgs, bool again) {
+    ++(again ? m_polls : m_transfers);
+    // A poll is nobody's own transfer, so it is not the one that was meant to fail.
+    const bool loses = !again && m_faults.CountTransfer();
     if (m_faults.IsStuck()) {
         return CI2cResult::BusStuck();
     }
     if (loses) {
         return CI2cResult::ArbLost();
     }
-    CI2cResult result = Move(msgs);
+    return MoveAndStop(msgs);
+}
+
+// A chip whose contents cannot be read or stored says so by an exception: on the
+// wire there is no such fault.
+CI2cResult CSimBus::MoveAndStop(std::span<const CI2cMsg> msgs) {
+    CI2cResult result;
+    const auto guarded = [&](auto step) {
+        try {
+            step();
+        } catch (const CDiagException& e) {
+            SendLog(LW_ERR_SYS, "%s\n", e.what());
+            result = CI2cResult::Other(e.what());
+        }
+    };
+    guarded([&] { result = Move(msgs); });
     m_clock.AddBits(CONDITION_BITS);
-    m_segment.Stop();
+    guarded([&] { m_segment.Stop(); });
     return result;
+}
+
+uint64_t CSimBus::NowMs() {
+    return m_clock.NowNs() / NS_PER_MS;
 }
 
 CI2cResult CSimBus::Move(std::span<const CI2cMsg> msgs) {

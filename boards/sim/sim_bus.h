@@ -1,6 +1,7 @@
 // The root bus that is simulated: chips on a segment, faults, and the time that
-// everything would take on a real wire. Read-only nodes below it count
-// "transfers", "bytes" (address bytes included) and "wire-time-ns".
+// everything would take on a real wire. Nothing waits for real: waiting moves
+// the bus's own time. Read-only nodes below it count "transfers", "polls" (a
+// busy chip asked again), "bytes" (address bytes included) and "wire-time-ns".
 #pragma once
 
 #include <atomic>
@@ -15,8 +16,7 @@
 
 class CSimBus : public CRootBus {
   public:
-    CSimBus(const std::string& name, const std::string& description, uint32_t clock_hz,
-            CSimClock::CWallTime wall = CSimClock::SteadyNs);
+    CSimBus(const std::string& name, const std::string& description, uint32_t clock_hz);
 
     // The wire at the controller. Chips are added before the first transfer.
     CSimSegment& Segment() { return m_segment; }
@@ -28,14 +28,19 @@ class CSimBus : public CRootBus {
     // All that a transfer record can ask for.
     uint32_t GetMaxTransSize() override { return 255; }
 
+    void WaitMs(unsigned int ms) override { m_clock.Wait(ms); }
+
     uint64_t GetTransfers() const { return m_transfers; }
+    uint64_t GetPolls() const { return m_polls; }
     uint64_t GetBytes() const { return m_bytes; }
     uint64_t GetWireNs() const { return m_clock.WireNs(); }
 
   protected:
-    CI2cResult Transfer(std::span<const CI2cMsg> msgs) override;
+    CI2cResult Transfer(std::span<const CI2cMsg> msgs, bool again) override;
+    uint64_t NowMs() override;
 
   private:
+    CI2cResult MoveAndStop(std::span<const CI2cMsg> msgs);
     CI2cResult Move(std::span<const CI2cMsg> msgs);
     bool Address(const CI2cMsg& msg);
     void CountByte();
@@ -44,5 +49,6 @@ class CSimBus : public CRootBus {
     CSimSegment m_segment;
     CSimFaults m_faults;
     std::atomic<uint64_t> m_transfers{0};
+    std::atomic<uint64_t> m_polls{0};
     std::atomic<uint64_t> m_bytes{0};
 };

@@ -1,4 +1,5 @@
-// A simulated chip as the wire sees it: conditions and bytes.
+// A simulated chip as the wire sees it: conditions and bytes. A chip whose
+// contents cannot be read or stored throws CDiagException from Start or Stop.
 #pragma once
 
 #include <cstdint>

@@ -1,27 +1,24 @@
-// The time on one simulated bus: the time that its bits took on the wire, plus
-// the real time that passed, so that both long transfers and waiting let a
-// write cycle end.
+// The time on one simulated bus: what its bits took on the wire and what was
+// waited for. It does not depend on how fast this program runs, so that the
+// same commands always meet the same busy chips.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
-#include <functional>
 
 class CSimClock {
   public:
-    // Nanoseconds since an arbitrary start; never goes back.
-    using CWallTime = std::function<uint64_t()>;
-    static uint64_t SteadyNs();
-
     // Throws CDiagException for a bus of 0 Hz.
-    explicit CSimClock(uint32_t bus_hz, CWallTime wall = SteadyNs);
+    explicit CSimClock(uint32_t bus_hz);
 
     void AddBits(uint64_t bits) { m_bits += bits; }
+    void Wait(uint64_t ms) { m_waited_ms += ms; }
     uint64_t WireNs() const;
-    uint64_t NowNs() const { return WireNs() + m_wall(); }
+    uint64_t WaitedMs() const { return m_waited_ms; }
+    uint64_t NowNs() const;
 
   private:
     const uint32_t m_bus_hz;
-    const CWallTime m_wall;
     std::atomic<uint64_t> m_bits{0};
+    std::atomic<uint64_t> m_waited_ms{0};
 };

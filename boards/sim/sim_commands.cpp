@@ -103,8 +103,9 @@ void CSimClearCmd::Run(CSimDevice& device, CInMsg&) {
 
 void CSimShowCmd::Run(CSimDevice& device, CInMsg&) {
     for (const CSimBus* bus : device.GetBuses()) {
-        SendLog(LW_PRINT, "%s: %llu transfers, %llu bytes, %.3f ms on the wire\n", bus->GetName(),
-                static_cast<unsigned long long>(bus->GetTransfers()),
+        SendLog(LW_PRINT, "%s: %llu transfers, %llu polls, %llu bytes, %.3f ms on the wire\n",
+                bus->GetName(), static_cast<unsigned long long>(bus->GetTransfers()),
+                static_cast<unsigned long long>(bus->GetPolls()),
                 static_cast<unsigned long long>(bus->GetBytes()),
                 static_cast<double>(bus->GetWireNs()) / NS_PER_MS);
         PrintFaults(*this, *bus);

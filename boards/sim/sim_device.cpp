@@ -10,8 +10,8 @@ namespace {
 class CSimContents : public CDiagAddrArray<unsigned char> {
   public:
     CSimContents(const std::string& name, CSimMemory& memory)
-        : CDiagAddrArray<unsigned char>(name, "contents of a memory chip", 0, memory.Size() - 1,
-                                        false, VT_UINT8 | VF_HEX | VF_PAD),
+        : CDiagAddrArray<unsigned char>(name, "contents of " + memory.Path().string(), 0,
+                                        memory.Size() - 1, false, VT_UINT8 | VF_HEX | VF_PAD),
           m_memory(memory) {}
 
     void Set(uint64_t pos, const unsigned char& value) override {

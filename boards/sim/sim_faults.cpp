@@ -14,7 +14,7 @@ void CSimFaults::Stick() {
 
 void CSimFaults::Flip(uint8_t addr, uint8_t byte, uint8_t bit) {
     const CGuard<CMutex> guard(m_lock);
-    m_flips.push_back({addr, byte, bit});
+    m_flips.insert({addr, byte, bit});
 }
 
 void CSimFaults::FailNth(uint32_t nth) {

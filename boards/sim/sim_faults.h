@@ -3,7 +3,9 @@
 #pragma once
 
 #include <bitset>
+#include <compare>
 #include <cstdint>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -35,11 +37,13 @@ class CSimFaults {
         uint8_t addr;
         uint8_t byte;
         uint8_t bit;
+
+        auto operator<=>(const CFlip&) const = default;
     };
 
     mutable CMutex m_lock;
     std::bitset<128> m_nacked;
     bool m_stuck = false;
-    uint32_t m_fail_in = 0;  // 0: none
-    std::vector<CFlip> m_flips;
+    uint32_t m_fail_in = 0;   // 0: none
+    std::set<CFlip> m_flips;  // the same flip twice is one
 };

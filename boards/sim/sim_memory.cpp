@@ -23,7 +23,7 @@ namespace {
 class CFile {
   public:
     CFile(const std::filesystem::path& path, int flags)
-        : m_path(path), m_fd(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
+        : m_path(path), m_fd(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, 0666)) {
         if (m_fd < 0) {
             Fail("open", path, errno);
         }
@@ -41,8 +41,9 @@ class CFile {
             throw CDiagException("%s is not a plain file", m_path.c_str());
         }
         if (info.st_size != static_cast<off_t>(size)) {
-            throw CDiagException("%s holds %lld bytes, but the chip has %u", m_path.c_str(),
-                                 static_cast<long long>(info.st_size), size);
+            throw CDiagException(
+                "%s holds %lld bytes, but the chip has %u; remove it to have it made anew",
+                m_path.c_str(), static_cast<long long>(info.st_size), size);
         }
     }
 

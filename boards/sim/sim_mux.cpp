@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
+
+#include "framework/diag_exception.h"
 
 namespace {
 
@@ -84,14 +87,22 @@ uint8_t CSimMux::ReadByte() {
 
 // The stop condition still passes through the channels that were open.
 void CSimMux::Stop() {
+    std::exception_ptr fault;
     for (CChannel& channel : m_channels) {
-        if (channel.open) {
-            channel.segment.Stop();
-        }
         channel.takes_part = false;
+        if (channel.open) {
+            try {
+                channel.segment.Stop();
+            } catch (const CDiagException&) {
+                fault = std::current_exception();
+            }
+        }
     }
     m_addressed = false;
     Connect();
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
 }
 
 void CSimMux::Connect() {

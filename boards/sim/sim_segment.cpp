@@ -1,5 +1,9 @@
 #include "boards/sim/sim_segment.h"
 
+#include <exception>
+
+#include "framework/diag_exception.h"
+
 bool CSimSegment::Start(uint8_t addr, bool read) {
     bool ack = false;
     for (CSlot& slot : m_slots) {
@@ -30,8 +34,17 @@ uint8_t CSimSegment::ReadByte() {
 }
 
 void CSimSegment::Stop() {
+    std::exception_ptr fault;
     for (CSlot& slot : m_slots) {
-        slot.chip->Stop();
         slot.takes_part = false;
+        try {
+            slot.chip->Stop();
+        } catch (const CDiagException&) {
+            // The other chips see the condition all the same.
+            fault = std::current_exception();
+        }
+    }
+    if (fault) {
+        std::rethrow_exception(fault);
     }
 }

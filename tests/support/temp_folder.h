@@ -30,6 +30,8 @@ class CTempFolder {
 
     const std::filesystem::path& Path() const { return m_path; }
 
+    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+
     // Writes a file below the folder, making the folders it needs.
     std::filesystem::path Write(const std::filesystem::path& file,
                                 std::span<const uint8_t> bytes) const {
@@ -51,4 +53,19 @@ inline std::vector<uint8_t> BytesOf(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
     in.exceptions(std::ios::failbit | std::ios::badbit);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+inline void WriteFile(const std::filesystem::path& path, const std::vector<uint8_t>& bytes) {
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file.exceptions(std::ios::failbit | std::ios::badbit);
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+}
+
+// Changes one byte in place.
+inline void PatchFile(const std::filesystem::path& path, std::streamoff offset, uint8_t byte) {
+    std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+    file.exceptions(std::ios::failbit | std::ios::badbit);
+    file.seekp(offset);
+    file.put(static_cast<char>(byte));
 }

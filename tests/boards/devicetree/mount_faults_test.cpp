@@ -1,6 +1,7 @@
 // Nodes that cannot be mounted: one warning each, and the rest is there.
 #include "tests/boards/devicetree/mount_test.h"
 #include "tests/support/bus_access.h"
+#include "tests/support/thrown_text.h"
 
 namespace {
 
@@ -207,18 +208,24 @@ TEST_F(MountFaults, NamePhysOutOfRangeOrInOnePlace) {
                      "/mdio@1/phy@1\n"}));
 }
 
-TEST_F(MountFaults, NameTheFileOfAnImageThatDoesNotFit) {
+TEST_F(MountFaults, OfAnImageEndTheStartAndNameTheFile) {
     m_folder.Write("images/i2c-0/0x50.bin", std::vector<uint8_t>(255));
-    EXPECT_EQ(WarningFor([](CBlobBuilder& bus) { bus.Device("dev", "atmel,24c02", 0x50).End(); }),
-              "left out: /i2c@100/dev: " + (m_folder.Path() / "images/i2c-0/0x50.bin").string() +
-                  ": has 255 bytes, the chip has 256\n");
+    EXPECT_EQ(
+        ThrownText([&] {
+            MountOnBus([](CBlobBuilder& bus) { bus.Device("dev", "atmel,24c02", 0x50).End(); });
+        }),
+        "/i2c@100/dev: " + (m_folder.Path() / "images/i2c-0/0x50.bin").string() +
+            ": has 255 bytes, the chip has 256");
 }
 
-TEST_F(MountFaults, NameAStateFileThatDoesNotFit) {
+TEST_F(MountFaults, OfAStateFileEndTheStartAndNameTheRemedy) {
     const auto file = m_folder.Write("state/i2c-0/0x50.bin", std::vector<uint8_t>(300));
-    const std::string warning =
-        WarningFor([](CBlobBuilder& bus) { bus.Device("dev", "atmel,24c02", 0x50).End(); });
-    EXPECT_EQ(warning.find("left out: /i2c@100/dev: " + file.string()), 0U) << warning;
+    EXPECT_EQ(
+        ThrownText([&] {
+            MountOnBus([](CBlobBuilder& bus) { bus.Device("dev", "atmel,24c02", 0x50).End(); });
+        }),
+        "/i2c@100/dev: " + file.string() +
+            " holds 300 bytes, but the chip has 256; remove it to have it made anew");
 }
 
 TEST_F(MountFaults, LeaveNoChipBehind) {

@@ -38,7 +38,7 @@ class CSilentBus : public CRootBus {
     unsigned int Transfers() const { return m_transfers; }
 
   protected:
-    CI2cResult Transfer(std::span<const CI2cMsg>) override {
+    CI2cResult Transfer(std::span<const CI2cMsg>, bool) override {
         ++m_transfers;
         return CI2cResult::Ok();
     }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "boards/root_bus/root_bus.h"
+#include "host/diag_clock.h"
 
 // A message as it was sent; the length stands for the data of a read.
 struct CTapeMsg {
@@ -56,10 +57,15 @@ class CTapeBus : public CRootBus {
     // The messages of the only transfer; empty when there was none or several.
     CTape Tape() const { return m_tapes.size() == 1 ? m_tapes.front() : CTape{}; }
 
+    // Which of the transfers were polls.
+    const std::vector<bool>& Again() const { return m_again; }
+
     uint32_t GetMaxTransSize() override { return m_max; }
 
   protected:
-    CI2cResult Transfer(std::span<const CI2cMsg> msgs) override {
+    uint64_t NowMs() override { return GetDiagClock().NowMs(); }
+    CI2cResult Transfer(std::span<const CI2cMsg> msgs, bool again) override {
+        m_again.push_back(again);
         CTape& tape = m_tapes.emplace_back();
         for (const CI2cMsg& msg : msgs) {
             tape.push_back(msg.read ? ReadOf(msg.addr, msg.data.size())
@@ -86,5 +92,6 @@ class CTapeBus : public CRootBus {
 
     std::deque<CAnswer> m_answers;
     std::vector<CTape> m_tapes;
+    std::vector<bool> m_again;
     uint32_t m_max = 255;
 };

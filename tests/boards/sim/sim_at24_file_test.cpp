@@ -26,46 +26,41 @@ TEST_F(SimAt24File, IsReadAsItIsAtTheStartOfEachTransfer) {
     EXPECT_EQ(Read(0x50, {0x10}, 1), CData{0x33});
 }
 
-TEST_F(SimAt24File, ThatCannotBeReadKeepsTheChipFromAcknowledging) {
+TEST_F(SimAt24File, ThatCannotBeReadFailsTheTransferAndIsNamed) {
     std::filesystem::remove(Path());
-    EXPECT_TRUE(Read(0x50, 1).empty());
-    EXPECT_EQ(m_errmsg, "no acknowledge from 0x50");
+    EXPECT_TRUE(Read(0x50, {0x00}, 1).empty());
+    EXPECT_EQ(m_errmsg + "\n", GoneText());
     EXPECT_EQ(m_log.Joined(0x20), GoneText());
-}
-
-TEST_F(SimAt24File, IsReportedOnceForAllAttempts) {
-    std::filesystem::remove(Path());
-    EXPECT_TRUE(Read(0x50, 1).empty());
-    EXPECT_TRUE(Read(0x50, 1).empty());
-    EXPECT_EQ(m_log.Texts(0x20).size(), 1U);
     WriteFile(Path(), Counting(256));
     EXPECT_EQ(Read(0x50, {0x01}, 1), CData{0x01});
-    std::filesystem::remove(Path());
-    EXPECT_TRUE(Read(0x50, 1).empty());
-    EXPECT_EQ(m_log.Texts(0x20).size(), 2U);
 }
 
-TEST_F(SimAt24File, ThatCannotBeWrittenKeepsTheChipFromAcknowledging) {
+TEST_F(SimAt24File, ThatCannotBeWrittenFailsTheWriteAndIsNamed) {
     std::filesystem::remove(Path());
-    EXPECT_TRUE(Write(0x50, {0x10}, {0xA5}));  // the bytes went into the page buffer
+    EXPECT_FALSE(Write(0x50, {0x10}, {0xA5}));
+    EXPECT_EQ(m_errmsg + "\n", GoneText());
     EXPECT_EQ(m_log.Joined(0x20), GoneText());
-    EXPECT_FALSE(Answers(0x50));
-    EXPECT_EQ(m_errmsg, "no acknowledge from 0x50, asked 25 more times after a write");
-    EXPECT_FALSE(Answers(0x50));
-    EXPECT_EQ(m_log.Texts(0x20).size(), 1U);
 }
 
-TEST_F(SimAt24File, GetsThePageOnceItCanBeWrittenAgain) {
+TEST_F(SimAt24File, NeverGetsAWriteThatWasReportedAsFailed) {
     std::filesystem::remove(Path());
-    EXPECT_TRUE(Write(0x50, {0x10}, {0xA5, 0xA6}));
-    CData restored = Counting(256);
-    restored[0x12] = 0x77;
-    WriteFile(Path(), restored);
+    EXPECT_FALSE(Write(0x50, {0x10}, {0xA5, 0xA6}));
+    WriteFile(Path(), Counting(256));
+    EXPECT_EQ(Read(0x50, {0x10}, 2), (CData{0x10, 0x11}));
+    EXPECT_TRUE(Write(0x50, {0x20}, {0x77}));
+    CData expected = Counting(256);
+    expected[0x20] = 0x77;
+    EXPECT_EQ(BytesOf(Path()), expected);
+}
 
-    EXPECT_EQ(Read(0x50, {0x0F}, 4), (CData{0x0F, 0xA5, 0xA6, 0x77}));
-    restored[0x10] = 0xA5;
-    restored[0x11] = 0xA6;
-    EXPECT_EQ(BytesOf(Path()), restored);
+TEST_F(SimAt24File, FaultLeavesTheOtherChipsOfTheWireWorking) {
+    CSimMux& mux = AddMux("pca9548", 0x70);
+    CSimAt24& other = AddAt24(mux.Channel(0), "24c02", 0x50, Counting(256));
+    EXPECT_TRUE(Write(0x70, {0x01}));
+    std::filesystem::remove(Path());
+    EXPECT_FALSE(Write(0x50, {0x10}, {0xA5}));
+    EXPECT_EQ(BytesOf(other.Memory().Path())[0x10], 0xA5);
+    EXPECT_TRUE(Write(0x70, {0x00}));
 }
 
 }  // namespace

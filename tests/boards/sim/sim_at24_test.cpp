@@ -22,7 +22,7 @@ uint8_t AddrOf(const sim_at24_part_t& part, uint32_t position) {
 class SimAt24 : public CSimTest {
   protected:
     CData File(CSimAt24& chip) { return BytesOf(chip.Memory().Path()); }
-    void EndWriteCycle() { m_clock.Advance(5); }
+    void EndWriteCycle() { m_bus.WaitMs(5); }
 };
 
 TEST_F(SimAt24, ComesInTheSizesOfTheFamily) {
@@ -56,7 +56,7 @@ TEST_F(SimAt24, ComesInTheSizesOfTheFamily) {
 TEST_F(SimAt24, OfEverySizeWritesAndReadsItsWholeRange) {
     for (const sim_at24_part_t& part : SimAt24Parts()) {
         SCOPED_TRACE(part.name);
-        CSimBus bus("bus", "", BUS_HZ, WallOf(m_clock));
+        CSimBus bus("bus", "", BUS_HZ);
         const auto path = m_folder / part.name;
         CSimAt24& chip = bus.Segment().Add(std::make_unique<CSimAt24>(
             part, 0x50, std::make_unique<CSimMemory>(path, part.size), bus.Clock()));
@@ -178,7 +178,7 @@ TEST_F(SimAt24, LatchesTheAddressOfAWriteWithoutData) {
     CSimAt24& chip = AddAt24("24c02", 0x50, Counting(256));
     CData none;
     EXPECT_TRUE(Write(0x50, {0x60}, none));
-    EXPECT_EQ(m_clock.Sleeps(), 0U);
+    EXPECT_EQ(m_bus.Clock().WaitedMs(), 0U);
     EXPECT_EQ(Read(0x50, 1), CData{0x60});
     EXPECT_EQ(File(chip), Counting(256));
 }
@@ -217,9 +217,9 @@ TEST_F(SimAt24, AcknowledgesNothingWhileItsWriteCycleRuns) {
     EXPECT_TRUE(Write(0x50, {0x00}, {0x11}));
     EXPECT_FALSE(chip.Start(0x50, false));
     EXPECT_FALSE(chip.Start(0x50, true));
-    m_clock.Advance(4);
+    m_bus.WaitMs(4);
     EXPECT_FALSE(chip.Start(0x50, false));
-    m_clock.Advance(1);
+    m_bus.WaitMs(1);
     EXPECT_TRUE(chip.Start(0x50, false));
 }
 
@@ -228,10 +228,10 @@ TEST_F(SimAt24, IsPolledByItsBusUntilTheWriteCycleEnds) {
     EXPECT_TRUE(Write(0x50, {0x00}, {0x11}));
     EXPECT_EQ(Read(0x50, {0x00}, 1), CData{0x11});
     // Each poll takes a little time on the wire too, so five are enough.
-    EXPECT_EQ(m_clock.Sleeps(), 5U);
+    EXPECT_EQ(m_bus.Clock().WaitedMs(), 5U);
     EXPECT_TRUE(Write(0x50, {0x08}, {0x22}));
     EXPECT_TRUE(Write(0x50, {0x10}, {0x33}));
-    EXPECT_EQ(m_clock.Sleeps(), 10U);
+    EXPECT_EQ(m_bus.Clock().WaitedMs(), 10U);
 }
 
 TEST_F(SimAt24, EndsItsWriteCycleByTimeOnTheWireAlone) {
@@ -241,7 +241,7 @@ TEST_F(SimAt24, EndsItsWriteCycleByTimeOnTheWireAlone) {
     EXPECT_FALSE(chip.Start(0x50, false));
     EXPECT_EQ(Read(0x51, 60).size(), 60U);  // 551 bits of 10 us
     EXPECT_TRUE(chip.Start(0x50, false));
-    EXPECT_EQ(m_clock.NowMs(), 0U);
+    EXPECT_EQ(m_bus.Clock().WaitedMs(), 0U);
 }
 
 TEST_F(SimAt24, LeavesOtherChipsOfTheBusAloneWhileItIsBusy) {
@@ -249,7 +249,7 @@ TEST_F(SimAt24, LeavesOtherChipsOfTheBusAloneWhileItIsBusy) {
     AddAt24("24c02", 0x51, Counting(256));
     EXPECT_TRUE(Write(0x50, {0x00}, {0x11}));
     EXPECT_EQ(Read(0x51, {0x30}, 1), CData{0x30});
-    EXPECT_EQ(m_clock.Sleeps(), 0U);
+    EXPECT_EQ(m_bus.Clock().WaitedMs(), 0U);
 }
 
 TEST_F(SimAt24, StartsItsWriteCycleAtTheStopConditionOnly) {
@@ -300,7 +300,7 @@ TEST_F(SimAt24, RefusesDataWhileItIsWriteProtected) {
     EXPECT_EQ(File(chip), Counting(256));
     // No write cycle: it answers at once, at the address it took.
     EXPECT_EQ(Read(0x50, 1), CData{0x10});
-    EXPECT_EQ(m_clock.Sleeps(), 0U);
+    EXPECT_EQ(m_bus.Clock().WaitedMs(), 0U);
 
     chip.SetWriteProtect(false);
     EXPECT_TRUE(Write(0x50, {0x10}, {0xA5}));

@@ -48,16 +48,27 @@ TEST_F(SimBus, CountsOnlyWhatAFailedTransferSent) {
 }
 
 TEST_F(SimBus, CountsTheTimeAtItsOwnClock) {
-    CSimBus fast("i2c-1", "fast bus", 400'000, WallOf(m_clock));
+    CSimBus fast("i2c-1", "fast bus", 400'000);
     EXPECT_FALSE(fast.smb_write_quick(-1, 0x50));
     EXPECT_EQ(fast.GetWireNs(), 11U * 2'500);
 }
 
-TEST_F(SimBus, CountsEveryPollAsATransfer) {
+TEST_F(SimBus, CountsPollsApartFromTransfers) {
     AddAt24("24c02", 0x50);
     EXPECT_TRUE(Write(0x50, {0x00}, {1}));
     EXPECT_TRUE(Answers(0x50));
-    EXPECT_EQ(m_bus.GetTransfers(), 1U + 5U + 1U);
+    EXPECT_EQ(m_bus.GetTransfers(), 2U);
+    EXPECT_EQ(m_bus.GetPolls(), 5U);
+}
+
+TEST_F(SimBus, APollIsNotTheTransferThatIsMeantToFail) {
+    AddAt24("24c02", 0x50);
+    m_bus.Faults().FailNth(3);
+    EXPECT_TRUE(Write(0x50, {0x00}, {1}));
+    EXPECT_EQ(Read(0x50, {0x00}, 1), CData{1});
+    EXPECT_EQ(m_bus.GetPolls(), 5U);
+    EXPECT_TRUE(Read(0x50, {0x00}, 1).empty());
+    EXPECT_EQ(m_errmsg, "arbitration lost");
 }
 
 TEST_F(SimBus, ShowsItsCountersAsReadOnlyNodes) {

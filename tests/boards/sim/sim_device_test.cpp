@@ -25,7 +25,7 @@ class SimDevice : public CSimTest {
     }
     std::string Printed() { return m_log.Joined(0xB0); }
 
-    CSimBus m_other{"i2c-1", "another bus", BUS_HZ, WallOf(m_clock)};
+    CSimBus m_other{"i2c-1", "another bus", BUS_HZ};
     CSimDevice m_sim;
     CLogCapture m_log;
     const std::string m_name = "i2c-0";
@@ -81,8 +81,8 @@ TEST_F(SimDevice, ShowTellsOfFaultsAndTimeOnTheWire) {
     Call("nack", std::string("i2c-1"), uint8_t{0x22});
     EXPECT_EQ(Call("show").bytes, DONE);
     EXPECT_EQ(Printed(),
-              "i2c-0: 1 transfers, 7 bytes, 0.660 ms on the wire\n"
-              "i2c-1: 0 transfers, 0 bytes, 0.000 ms on the wire\n"
+              "i2c-0: 1 transfers, 0 polls, 7 bytes, 0.660 ms on the wire\n"
+              "i2c-1: 0 transfers, 0 polls, 0 bytes, 0.000 ms on the wire\n"
               "i2c-1: fault: no acknowledge from 0x22\n");
 }
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "tests/boards/sim/temp_folder.h"
+#include "tests/support/temp_folder.h"
 #include "tests/support/thrown_text.h"
 
 namespace {
@@ -65,8 +65,9 @@ TEST_F(SimMemory, KeepsTheContentsOfAnExistingFile) {
 
 TEST_F(SimMemory, RefusesAFileOfAnotherSize) {
     WriteFile(m_path, CData(15));
-    EXPECT_EQ(ThrownText([&] { const CSimMemory memory(m_path, 16); }),
-              m_path.string() + " holds 15 bytes, but the chip has 16");
+    EXPECT_EQ(
+        ThrownText([&] { const CSimMemory memory(m_path, 16); }),
+        m_path.string() + " holds 15 bytes, but the chip has 16; remove it to have it made anew");
     EXPECT_EQ(BytesOf(m_path).size(), 15U);
 }
 
@@ -122,7 +123,8 @@ TEST_F(SimMemory, TellsWhenTheFileIsGone) {
 TEST_F(SimMemory, TellsWhenTheFileChangedItsSize) {
     CSimMemory memory(m_path, 4);
     WriteFile(m_path, CData(3));
-    const std::string text = m_path.string() + " holds 3 bytes, but the chip has 4";
+    const std::string text =
+        m_path.string() + " holds 3 bytes, but the chip has 4; remove it to have it made anew";
     EXPECT_EQ(ThrownText([&] { Read(memory, 0, 1); }), text);
     EXPECT_EQ(ThrownText([&] { memory.Write(0, CData{1}); }), text);
     EXPECT_EQ(BytesOf(m_path), CData(3));

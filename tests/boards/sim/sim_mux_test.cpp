@@ -65,7 +65,7 @@ TEST_F(SimMux, OpensTheChannelsOfItsPowerOnValue) {
 // channel tables in their own words.
 TEST_F(SimMux, OpensChannelsByEnableBitOrByMask) {
     for (const sim_mux_part_t& part : SimMuxParts()) {
-        CSimBus bus("bus", "", BUS_HZ, WallOf(m_clock));
+        CSimBus bus("bus", "", BUS_HZ);
         CSimMux& mux = bus.Segment().Add(std::make_unique<CSimMux>(part, 0x70));
         for (unsigned int ch = 0; ch < mux.Channels(); ++ch) {
             AddMux(mux.Channel(ch), "pca9548", static_cast<uint8_t>(0x60 + ch));
@@ -166,7 +166,7 @@ TEST_F(SimMux, HasDownstreamChipsAnswerLikeUpstreamOnes) {
     EXPECT_TRUE(Write(0x70, {0x0B}));
     EXPECT_EQ(Read(0x50, {0x20}, 3), (CData{0x20, 0x21, 0x22}));
     EXPECT_TRUE(Write(0x50, {0x20}, {0x99}));
-    m_clock.Advance(5);
+    m_bus.WaitMs(5);
     EXPECT_EQ(Read(0x50, {0x20}, 2), (CData{0x99, 0x21}));
 }
 

@@ -1,5 +1,5 @@
-// What the tests of the simulated bus share: a bus with a clock that a test
-// moves, a folder for the memories, and short forms of transfers.
+// What the tests of the simulated bus share: a bus, a folder for the memories, and short forms of
+// transfers.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,14 +14,9 @@
 #include "boards/sim/sim_at24.h"
 #include "boards/sim/sim_bus.h"
 #include "boards/sim/sim_mux.h"
-#include "tests/boards/sim/temp_folder.h"
-#include "tests/support/fake_clock.h"
+#include "tests/support/temp_folder.h"
 
 using CData = std::vector<uint8_t>;
-
-inline CSimClock::CWallTime WallOf(CFakeClock& clock) {
-    return [&clock] { return clock.NowMs() * 1'000'000; };
-}
 
 // 0, 1, 2, ... to `size` bytes, so that every byte of a page tells its place.
 inline CData Counting(size_t size) {
@@ -68,9 +63,8 @@ class CSimTest : public testing::Test {
         return Trans(addr, 0, {}, none);
     }
 
-    CFakeClock m_clock;
     CTempFolder m_folder;
-    CSimBus m_bus{"i2c-0", "simulated bus", BUS_HZ, WallOf(m_clock)};
+    CSimBus m_bus{"i2c-0", "simulated bus", BUS_HZ};
     std::string m_errmsg;
 
   private:
