@@ -23,7 +23,7 @@ class CMutex {
 
     // Waits for the mutex: without limit, or until the absolute time `until`
     // (CLOCK_REALTIME). Returns false only when that time passed.
-    bool Acquire(const timespec* until = nullptr) const {
+    bool Acquire(const timespec* until = nullptr) {
         if (until != nullptr) {
             const int rc = ::pthread_mutex_timedlock(&m_lock, until);
             if (rc != 0 && rc != ETIMEDOUT) {
@@ -57,7 +57,7 @@ class CMutex {
 template <class T>
 class CGuard {
   public:
-    explicit CGuard(const T& mutex) : m_mutex(mutex), m_pending(std::uncaught_exceptions()) {
+    explicit CGuard(T& mutex) : m_mutex(mutex), m_pending(std::uncaught_exceptions()) {
         m_mutex.Acquire();
     }
     // A failing release is reported, except while another exception is on its way.
@@ -75,6 +75,6 @@ class CGuard {
     CGuard& operator=(const CGuard&) = delete;
 
   private:
-    const T& m_mutex;
+    T& m_mutex;
     const int m_pending;
 };

@@ -1,6 +1,7 @@
 // A test that repeats one step for a given time.
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "framework/diag_multi_dev_test.h"
@@ -39,6 +40,6 @@ class CTimedTest : public CDiagMultiDevTest {
   private:
     const bool m_keep_going;
     uint32_t m_duration_s = DEFAULT_DURATION_S;
-    uint32_t m_passed = 0;
-    uint32_t m_failed = 0;
+    std::atomic<uint32_t> m_passed{0};
+    std::atomic<uint32_t> m_failed{0};
 };

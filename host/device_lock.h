@@ -1,5 +1,6 @@
 // Locks on devices. A hold takes all the devices it needs at once, so that two
-// holds can never wait for each other.
+// holds cannot wait for each other; a thread that takes a second hold while it
+// has one gives that up.
 #pragma once
 
 #include <functional>

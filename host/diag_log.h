@@ -37,3 +37,15 @@ class CDiagLog {
     std::mutex m_lock;
     std::vector<ILogSink*> m_sinks;
 };
+
+// Has a sink in the log for a scope.
+class CLogSinkScope {
+  public:
+    explicit CLogSinkScope(ILogSink& sink) : m_sink(sink) { CDiagLog::Instance().AddSink(sink); }
+    ~CLogSinkScope() { CDiagLog::Instance().RemoveSink(m_sink); }
+    CLogSinkScope(const CLogSinkScope&) = delete;
+    CLogSinkScope& operator=(const CLogSinkScope&) = delete;
+
+  private:
+    ILogSink& m_sink;
+};

@@ -37,12 +37,17 @@ void CDiagMultiDevTest::LockDevices() {
     for (const CAccess& access : m_accesses) {
         const CDiagObj* node = FindByPath(*this, access.path);
         if (dynamic_cast<const CDiagDevice*>(node) == nullptr) {
-            throw CDiagException("%s needs the device %s, which does not exist", GetName(),
+            throw CDiagException("%s needs a device, and there is none at %s", GetName(),
                                  access.path.c_str());
         }
         AddDeviceClaims(claims, *node, access.type, access.recursive);
     }
     m_hold = CDeviceHold::Acquire(claims, [this] { return IsStopReq(); });
+    if (m_hold == nullptr) {
+        // The request has been seen: taking it back now would start a run
+        // without its devices.
+        RequestStop(true);
+    }
 }
 
 void CDiagMultiDevTest::ReleaseDevices() {

@@ -36,6 +36,11 @@ void CDiagTest::LockDevices() {
         claims.push_back({device, DEV_LOCK_ACCESS});
     }
     m_hold = CDeviceHold::Acquire(claims, [this] { return IsStopReq(); });
+    if (m_hold == nullptr) {
+        // The request has been seen: taking it back now would start a run
+        // without its devices.
+        RequestStop(true);
+    }
 }
 
 void CDiagTest::ReleaseDevices() {

@@ -1,5 +1,7 @@
 #include "host/diag_tree.h"
 
+#include <algorithm>
+
 CDiagObj& RootOf(CDiagObj& node) {
     CDiagObj* root = &node;
     while (root->GetParent() != nullptr) {

@@ -1,10 +1,12 @@
 // diagsh: loads a board and lets an operator or a script work with it.
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <system_error>
 
@@ -63,16 +65,36 @@ int RunInput(const COptions& options, std::FILE* script, CShell& shell, CInterru
         CStreamReader lines(script);
         return RunScript(shell, interrupt, lines, options.script);
     }
-    if (::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0) {
-        const std::unique_ptr<ILineReader> lines = MakeTerminalReader();
+    if (::isatty(STDIN_FILENO) != 0) {
+        // The transcript may go elsewhere, as in "diagsh | tee session.log".
+        const std::unique_ptr<ILineReader> lines =
+            ::isatty(STDOUT_FILENO) != 0
+                ? MakeTerminalReader(interrupt)
+                : std::make_unique<CStreamReader>(stdin, &shell.Terminal());
         return RunTerminal(shell, interrupt, *lines);
     }
     CStreamReader lines(stdin);
     return RunScript(shell, interrupt, lines, "stdin");
 }
 
+// Occupies the standard descriptors that the caller left closed, or files opened
+// later would be taken for them. Reading ends at once, writing fails.
+void OccupyStandardDescriptors() {
+    int fd = 0;
+    do {
+        fd = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    } while (fd >= 0 && fd <= STDERR_FILENO);
+    if (fd >= 0) {
+        ::close(fd);
+    }
+}
+
 int Run(int argc, const char* const* argv) {
-    std::setlocale(LC_CTYPE, "");
+    OccupyStandardDescriptors();
+    // A plain C locale knows no characters beyond ASCII, and operators type them.
+    if (std::setlocale(LC_CTYPE, "") == nullptr || MB_CUR_MAX == 1) {
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+    }
     int status = EXIT_PASSED;
     const std::optional<COptions> options = ReadOptions(argc, argv, status);
     if (!options.has_value()) {
@@ -89,15 +111,15 @@ int Run(int argc, const char* const* argv) {
     CTerminal terminal(stdout);
     CTerminalLog log(terminal);
     SetLevels(log, *options);
-    CDiagLog::Instance().AddSink(log);
+    const CLogSinkScope sink(log);
 
     const std::unique_ptr<CDiagMenu> root = LoadBoard(options->board, options->board_arguments);
     CInterrupt interrupt;
     CShell shell(*root, terminal, interrupt);
     status = RunInput(*options, script.get(), shell, interrupt);
-    CDiagLog::Instance().RemoveSink(log);
-    if (std::fflush(stdout) != 0) {
-        return Fail("standard output: " + LastError(), EXIT_HOST);
+    if (terminal.Error() != 0) {
+        return Fail("standard output: " + std::generic_category().message(terminal.Error()),
+                    EXIT_HOST);
     }
     return status;
 }

@@ -74,9 +74,9 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
         app.add_option("-c", options.commands, "Run COMMAND and exit; may be given several times")
             ->type_name("COMMAND")
             ->allow_extra_args(false);
-    app.add_option("script", options.script, "Run the commands of FILE and exit")
-        ->type_name("FILE")
-        ->excludes(commands);
+    auto* script = app.add_option("script", options.script, "Run the commands of FILE and exit")
+                       ->type_name("FILE")
+                       ->excludes(commands);
     app.add_option("--log", log_settings,
                    "Show log texts of TYPE up to debug level LEVEL, or none with TYPE=off")
         ->type_name("TYPE=LEVEL")
@@ -97,6 +97,9 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
     try {
         std::reverse(arguments.begin(), arguments.end());
         app.parse(arguments);
+        if (script->count() != 0 && options.script.empty()) {
+            throw CLI::ValidationError("script", "the name of the file is empty");
+        }
         for (const std::string& setting : log_settings) {
             options.log_levels.push_back(ParseLogLevel(setting));
         }

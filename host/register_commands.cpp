@@ -50,7 +50,7 @@ class CRegisterCmd : public CDiagFunc {
         return true;
     }
 
-    // Finds what `text` names, which must be a single found.
+    // Finds what `text` names, which must be a single element.
     bool FindElement(CRegName& found, const std::string& text) const {
         if (!Find(found, text)) {
             return false;
@@ -61,6 +61,16 @@ class CRegisterCmd : public CDiagFunc {
             return false;
         }
         return true;
+    }
+
+    // Converts an argument to data of the register's type.
+    bool Convert(diag_regdata_t& data, const CRegName& found, uint64_t arg) const {
+        if (reg_data_from_arg(&data, found.reg->dtype, arg)) {
+            return true;
+        }
+        SendLog(LW_WARN, "%s does not fit register %s\n", toString(arg, VF_HEX).c_str(),
+                found.reg->name);
+        return false;
     }
 
     CDiagRegisterDevice& m_device;
@@ -114,18 +124,9 @@ class CPokeRegCmd : public CRegisterCmd {
         uint64_t value = 0;
         in >> name >> value;
         CRegName found;
-        if (!FindElement(found, name)) {
-            AnswerResult(out, false);
-            return;
-        }
         diag_regdata_t data = 0;
-        if (!reg_data_from_arg(&data, found.reg->dtype, value)) {
-            SendLog(LW_WARN, "%s does not fit register %s\n", toString(value, VF_HEX).c_str(),
-                    found.reg->name);
-            AnswerResult(out, false);
-            return;
-        }
-        AnswerResult(out, m_device.writeRegEntry(&data, found.reg, found.index));
+        AnswerResult(out, FindElement(found, name) && Convert(data, found, value) &&
+                              m_device.writeRegEntry(&data, found.reg, found.index));
     }
 };
 
@@ -144,8 +145,9 @@ class CSetClrRegCmd : public CRegisterCmd {
         uint64_t mask = 0;
         in >> name >> mask;
         CRegName found;
-        AnswerResult(out, FindElement(found, name) &&
-                              m_device.SetClrBits(mask, found.reg, found.index, m_set));
+        diag_regdata_t bits = 0;
+        AnswerResult(out, FindElement(found, name) && Convert(bits, found, mask) &&
+                              m_device.SetClrBits(bits, found.reg, found.index, m_set));
     }
 
   private:

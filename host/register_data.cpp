@@ -22,7 +22,8 @@ bool ParseIndex(unsigned int& index, const std::string& text) {
     char* end = nullptr;
     errno = 0;
     const unsigned long long value = std::strtoull(text.c_str(), &end, hex ? 16 : 10);
-    if (errno != 0 || *end != '\0' || value > std::numeric_limits<unsigned int>::max()) {
+    if (errno != 0 || end != text.c_str() + text.size() ||
+        value > std::numeric_limits<unsigned int>::max()) {
         return false;
     }
     index = static_cast<unsigned int>(value);

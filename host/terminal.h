@@ -1,42 +1,37 @@
 // The operator's terminal: one transcript of what commands print and what is
 // logged. A line belongs to the thread that began it; what other threads write
-// meanwhile waits until that line is whole, so lines never mix.
+// meanwhile waits until that line is whole, so lines never mix. A thread that
+// ends ends its line.
 #pragma once
 
 #include <array>
 #include <atomic>
 #include <cstdio>
-#include <list>
-#include <mutex>
-#include <string>
+#include <memory>
 #include <string_view>
-#include <thread>
 
 #include "host/diag_log.h"
 
 class CTerminal {
   public:
-    explicit CTerminal(std::FILE* out) : m_out(out) {}
+    explicit CTerminal(std::FILE* out);
+    ~CTerminal();
+    CTerminal(const CTerminal&) = delete;
+    CTerminal& operator=(const CTerminal&) = delete;
 
     // Writes text as it stands, with or without newlines in it.
     void Write(std::string_view text);
     // Ends the line that this thread left open, if it did.
     void EndLine();
+    // Why output got lost, an operating-system error number; 0 if none was.
+    int Error() const;
 
   private:
-    // What a thread wrote while the open line was another's.
-    struct CWaiting {
-        std::thread::id thread;
-        std::string text;
-    };
+    class CLines;
+    // Threads that wrote here end their lines in it, if it still exists then.
+    const std::shared_ptr<CLines> m_lines;
 
-    void Put(std::thread::id thread, std::string_view text);
-    void PutWaiting();
-
-    std::FILE* const m_out;
-    std::mutex m_lock;
-    std::thread::id m_owner;  // of the open line, none at the start of a line
-    std::list<CWaiting> m_waiting;
+    friend class CThreadEnd;
 };
 
 // Sends the log to a terminal: print text as it stands, everything else as

@@ -20,9 +20,7 @@ class CTestRunner {
                     out << static_cast<uint8_t>(MSG_ERR_ISRUN);
                     return;
                 }
-                test.m_stop_requested = false;
-                test.Run(in, out);
-                test.m_running = false;
+                RunGuarded(test, in, out);
                 break;
             case MSG_STOP:
                 if (!test.m_running) {
@@ -48,17 +46,16 @@ class CTestRunner {
             test.LockDevices();
             status = test.IsStopReq() ? DS_ABORTED : SetupAndRun(test, in, out);
         });
-        test.ReleaseDevices();
+        // Both must happen, whatever the other does.
+        const bool released = Guarded(test, status, [&] { test.ReleaseDevices(); });
+        const bool told = Guarded(test, status, [&] { TellDevice(test, status); });
+        if (!released || !told) {
+            out.Clear();
+        }
         if (out.GetHeader().len == 0) {
             out << static_cast<uint8_t>(CodeOf(status));
         }
         test.m_status = status;
-        if (CDiagDevice* device = test.GetParentDevice()) {
-            device->SetTestStatus(status);
-            if (status == DS_FAILED || status == DS_FAILED_NCUP) {
-                device->CountFailure();
-            }
-        }
     }
 
     static void RequestStop(CDiagTestBase& test, bool stop) {
@@ -81,6 +78,29 @@ class CTestRunner {
     }
 
   private:
+    // A test may bring a Run of its own; whatever it throws, the test has ended.
+    template <class Test>
+    static void RunGuarded(Test& test, CInMsg& in, COutMsg& out) {
+        ETestStatus status = DS_FAILED;
+        if (!Guarded(test, status, [&] { test.Run(in, out); })) {
+            test.m_status = status;
+            out.Clear();
+            out << static_cast<uint8_t>(MSG_ERR_FAIL);
+        }
+        // Not at the start: a stop that came in already would be lost.
+        test.m_stop_requested = false;
+        test.m_running = false;
+    }
+
+    static void TellDevice(const CDiagTestBase& test, ETestStatus status) {
+        if (CDiagDevice* device = test.GetParentDevice()) {
+            device->SetTestStatus(status);
+            if (status == DS_FAILED || status == DS_FAILED_NCUP) {
+                device->CountFailure();
+            }
+        }
+    }
+
     template <class Test>
     static ETestStatus SetupAndRun(Test& test, CInMsg& in, COutMsg& out) {
         test.m_status = DS_SETUP;

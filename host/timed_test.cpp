@@ -1,5 +1,7 @@
 #include "framework/timed_test.h"
 
+#include <algorithm>
+
 #include "framework/diag_log_word.h"
 #include "framework/diag_param.h"
 #include "host/diag_clock.h"
@@ -66,5 +68,5 @@ bool CTimedTest::TestSetupEx(CInMsg&) {
 }
 
 void CTimedTest::TestResultEx(COutMsg& out, EResCode code) {
-    out << static_cast<uint8_t>(code) << m_passed << m_failed;
+    out << static_cast<uint8_t>(code) << m_passed.load() << m_failed.load();
 }

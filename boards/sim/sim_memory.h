@@ -27,5 +27,5 @@ class CSimMemory {
   private:
     const std::filesystem::path m_path;
     const uint32_t m_size;
-    CMutex m_lock;
+    mutable CMutex m_lock;
 };

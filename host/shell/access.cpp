@@ -130,7 +130,7 @@ EExitStatus PeekValue(CShell& shell, const CTarget& target) {
 EExitStatus PeekArray(CShell& shell, const CTarget& target, const CRange& range) {
     CRowPrinter rows(shell, target);
     uint64_t first = range.first;
-    while (true) {
+    while (!shell.IsInterrupted()) {
         // Up to the end of a row, so that requests and rows end together.
         const uint64_t to_row_end = ELEMENTS_PER_REQUEST - 1 - first % ROW;
         const uint64_t last = range.last - first <= to_row_end ? range.last : first + to_row_end;
@@ -151,6 +151,7 @@ EExitStatus PeekArray(CShell& shell, const CTarget& target, const CRange& range)
         }
         first = last + 1;
     }
+    return EXIT_ABORTED;
 }
 
 }  // namespace

@@ -9,7 +9,9 @@
 #include <csignal>
 #include <system_error>
 
+#include "framework/diag_log_word.h"
 #include "framework/diag_menu.h"
+#include "host/exception_text.h"
 
 namespace {
 
@@ -90,7 +92,11 @@ void CInterrupt::Watch() {
             COutMsg stop(MSG_STOP, m_foreground->GetId());
             CInMsg in(stop);
             COutMsg answer;
-            m_foreground->HandleMsg(in, answer);
+            try {
+                m_foreground->HandleMsg(in, answer);
+            } catch (...) {
+                m_foreground->SendLog(LW_ERR_SW, "%s", CurrentExceptionText().c_str());
+            }
         }
     }
 }

@@ -5,10 +5,14 @@
 #include <memory>
 #include <string>
 
+class CInterrupt;
+class CTerminal;
+
 enum class ELine {
     READ,
     TOO_LONG,     // the line was skipped as a whole
-    INTERRUPTED,  // Ctrl-C at the prompt; what was typed is dropped
+    UNREADABLE,   // it held bytes that are no characters, shown as ?
+    INTERRUPTED,  // by Ctrl-C; what came of the line is dropped
     END,
     FAILED,  // the input cannot be read
 };
@@ -23,15 +27,21 @@ class ILineReader {
     virtual ELine Read(const std::string& prompt, std::string& line) = 0;
 };
 
-// Lines of a file or a pipe; no prompt is shown. The stream is not owned.
+// Lines of a file or a pipe, or of a terminal whose output goes elsewhere. The
+// streams are not owned; prompts go to `prompts`, if there is one.
 class CStreamReader : public ILineReader {
   public:
-    explicit CStreamReader(std::FILE* in) : m_in(in) {}
+    explicit CStreamReader(std::FILE* in, CTerminal* prompts = nullptr)
+        : m_in(in), m_prompts(prompts) {}
     ELine Read(const std::string& prompt, std::string& line) override;
 
   private:
+    void SkipByteOrderMark();
+
     std::FILE* const m_in;
+    CTerminal* const m_prompts;
+    bool m_begun = false;
 };
 
 // Lines typed at a terminal, with editing and the history of this run.
-std::unique_ptr<ILineReader> MakeTerminalReader();
+std::unique_ptr<ILineReader> MakeTerminalReader(const CInterrupt& interrupt);

@@ -11,6 +11,20 @@
 namespace {
 
 constexpr char TOO_LONG[] = "line too long, nothing of it was done";
+constexpr char UNREADABLE[] = "the ? in the line were no characters, nothing of it was done";
+
+// What a run ends with after a line that ended with `status`.
+EExitStatus StatusAfter(EExitStatus status, const CShell& shell, const CInterrupt& interrupt,
+                        const std::string& origin) {
+    if (shell.Terminal().Error() != 0) {
+        return EXIT_HOST;
+    }
+    if (interrupt.IsPending() && status != EXIT_ABORTED) {
+        shell.Refuse("aborted", origin);
+        return EXIT_ABORTED;
+    }
+    return status;
+}
 
 }  // namespace
 
@@ -18,10 +32,7 @@ EExitStatus RunCommands(CShell& shell, CInterrupt& interrupt,
                         const std::vector<std::string>& commands) {
     EExitStatus status = EXIT_PASSED;
     for (size_t i = 0; i < commands.size() && status == EXIT_PASSED && !shell.HasQuit(); ++i) {
-        status = shell.Execute(commands[i]);
-        if (interrupt.IsPending()) {
-            status = EXIT_ABORTED;
-        }
+        status = StatusAfter(shell.Execute(commands[i]), shell, interrupt, "");
     }
     return status;
 }
@@ -32,12 +43,18 @@ EExitStatus RunScript(CShell& shell, CInterrupt& interrupt, ILineReader& lines,
     std::string line;
     for (size_t number = 1; status == EXIT_PASSED && !shell.HasQuit(); ++number) {
         const std::string origin = name + ":" + std::to_string(number);
-        switch (lines.Read("", line)) {
+        const ELine result = lines.Read("", line);
+        // Ctrl-C may come just before the read begins to wait: what it then
+        // returns, perhaps half a line, is not run either.
+        switch (interrupt.IsPending() ? ELine::INTERRUPTED : result) {
             case ELine::READ:
                 status = shell.Execute(line, origin);
                 break;
             case ELine::TOO_LONG:
                 status = shell.Refuse(TOO_LONG, origin);
+                break;
+            case ELine::UNREADABLE:
+                status = shell.Refuse(UNREADABLE, origin);
                 break;
             case ELine::INTERRUPTED:
                 break;
@@ -46,16 +63,14 @@ EExitStatus RunScript(CShell& shell, CInterrupt& interrupt, ILineReader& lines,
             case ELine::FAILED:
                 return shell.Refuse(std::generic_category().message(errno), origin);
         }
-        if (interrupt.IsPending()) {
-            status = EXIT_ABORTED;
-        }
+        status = StatusAfter(status, shell, interrupt, origin);
     }
     return status;
 }
 
 EExitStatus RunTerminal(CShell& shell, CInterrupt& interrupt, ILineReader& lines) {
     std::string line;
-    while (!shell.HasQuit()) {
+    while (!shell.HasQuit() && shell.Terminal().Error() == 0) {
         interrupt.Clear();
         switch (lines.Read(PathOf(shell.Current()) + "> ", line)) {
             case ELine::READ:
@@ -63,6 +78,9 @@ EExitStatus RunTerminal(CShell& shell, CInterrupt& interrupt, ILineReader& lines
                 break;
             case ELine::TOO_LONG:
                 shell.Refuse(TOO_LONG, "");
+                break;
+            case ELine::UNREADABLE:
+                shell.Refuse(UNREADABLE, "");
                 break;
             case ELine::INTERRUPTED:
                 break;

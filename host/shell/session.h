@@ -10,8 +10,8 @@ class CInterrupt;
 class CShell;
 class ILineReader;
 
-// Each of them stops at the first failure, or at Ctrl-C, and returns the status
-// of the run.
+// Each of them stops at the first failure, at Ctrl-C, or when its output gets
+// lost, and returns the status of the run.
 EExitStatus RunCommands(CShell& shell, CInterrupt& interrupt,
                         const std::vector<std::string>& commands);
 EExitStatus RunScript(CShell& shell, CInterrupt& interrupt, ILineReader& lines,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "framework/diag_exception.h"
 #include "framework/diag_menu.h"
 #include "host/diag_tree.h"
 #include "host/exception_text.h"
@@ -15,7 +16,12 @@
 #include "host/shell/word_splitter.h"
 
 CShell::CShell(CDiagMenu& root, CTerminal& terminal, CInterrupt& interrupt)
-    : m_current(&root), m_terminal(terminal), m_interrupt(interrupt) {}
+    : m_root(root), m_current_id(root.GetId()), m_terminal(terminal), m_interrupt(interrupt) {}
+
+CDiagObj& CShell::Current() const {
+    CDiagObj* node = FindById(m_root, m_current_id);
+    return node != nullptr ? *node : m_root;
+}
 
 EExitStatus CShell::Execute(std::string_view line, const std::string& origin) {
     m_origin = origin;
@@ -59,26 +65,39 @@ CDiagObj& CShell::NodeAt(const std::string& path) const {
     if (path.empty()) {
         throw CUsageError("an empty word names no node");
     }
-    if (CDiagObj* node = FindByPath(*m_current, path)) {
+    CDiagObj& current = Current();
+    if (CDiagObj* node = FindByPath(current, path)) {
         return *node;
     }
     // Go along as far as the path exists, to say where it ends.
-    size_t end = path.size();
-    CDiagObj* last = nullptr;
-    std::string missing = path;
-    while (last == nullptr) {
-        const size_t slash = path.rfind('/', end == 0 ? 0 : end - 1);
-        if (slash == std::string::npos || end == 0) {
-            last = m_current;
-            break;
+    CDiagObj* last = path.front() == '/' ? &m_root : &current;
+    std::string missing;
+    for (size_t begin = 0; missing.empty(); begin = path.find('/', begin) + 1) {
+        const std::string name = path.substr(begin, path.find('/', begin) - begin);
+        CDiagObj* next = name.empty() ? last : FindByPath(*last, name);
+        if (next == nullptr) {
+            missing = name;
+        } else {
+            last = next;
         }
-        end = slash;
-        missing = path.substr(slash + 1);
-        last = FindByPath(*m_current, slash == 0 ? "/" : path.substr(0, slash));
     }
-    missing = missing.substr(0, missing.find('/'));
     throw CUsageError(Printable(path) + ": there is no \"" + Printable(missing) + "\" in " +
-                      PathOf(*last) + "; try ls" + (last == m_current ? " or help" : ""));
+                      PathOf(*last) + "; try ls" + (last == &current ? " or help" : ""));
+}
+
+void CShell::PrintOutputs(const CDiagObj& node, const CSignature& signature, CReply& reply) const {
+    // A node may leave outputs out, and after a failure most do.
+    for (const CParamInfo& output : signature.outputs) {
+        if (reply.Fields().GetLen() == 0) {
+            return;
+        }
+        try {
+            Print(output.name + " = " + output.type.Unpack(reply.Fields()) + "\n");
+        } catch (const CDiagException& e) {
+            Refuse(PathOf(node) + ": answer " + output.name + ": " + e.what(), m_origin);
+            return;
+        }
+    }
 }
 
 EExitStatus CShell::RunNode(CDiagObj& node, const std::vector<std::string>& arguments) {
@@ -99,14 +118,18 @@ EExitStatus CShell::RunNode(CDiagObj& node, const std::vector<std::string>& argu
     const CForeground foreground(m_interrupt, *menu);
     CReply reply(*menu, request);
     m_terminal.EndLine();
-    if (reply.Code() != MSG_SUCCESS) {
-        return ReportFailure(node, FailureText(reply.Code()), reply.Status());
-    }
-    for (const CParamInfo& output : signature.outputs) {
-        Print(output.name + " = " + output.type.Unpack(reply.Fields()) + "\n");
-    }
-    if (is_test) {
-        Print(std::string(node.GetName()) + ": passed\n");
+    PrintOutputs(node, signature, reply);
+    switch (reply.Code()) {
+        case MSG_SUCCESS:
+            if (is_test) {
+                Print(std::string(node.GetName()) + ": passed\n");
+            }
+            break;
+        case MSG_SKIPPED:
+            Print(std::string(node.GetName()) + ": skipped\n");
+            break;
+        default:
+            return ReportFailure(node, FailureText(reply.Code()), reply.Status());
     }
     return EXIT_PASSED;
 }

@@ -11,6 +11,8 @@
 #include "host/terminal.h"
 
 class CDiagMenu;
+class CReply;
+struct CSignature;
 
 class CShell {
   public:
@@ -25,8 +27,11 @@ class CShell {
     bool HasQuit() const { return m_quit; }
 
     // What the built-ins work on.
-    CDiagObj& Current() const { return *m_current; }
-    void SetCurrent(CDiagObj& node) { m_current = &node; }
+    // The node in the prompt; the top when that node is gone.
+    CDiagObj& Current() const;
+    void SetCurrent(const CDiagObj& node) { m_current_id = node.GetId(); }
+    // Whether Ctrl-C came; what runs long looks at it.
+    bool IsInterrupted() const { return m_interrupt.IsPending(); }
     void Quit() { m_quit = true; }
     CTerminal& Terminal() const { return m_terminal; }
     // The node at `path`; throws CUsageError that says how far the path goes.
@@ -40,9 +45,11 @@ class CShell {
                               EExitStatus status) const;
 
   private:
+    void PrintOutputs(const CDiagObj& node, const CSignature& signature, CReply& reply) const;
     EExitStatus ExecuteWords(const std::vector<std::string>& words);
 
-    CDiagObj* m_current;
+    CDiagObj& m_root;
+    unsigned int m_current_id;
     CTerminal& m_terminal;
     CInterrupt& m_interrupt;
     std::string m_origin;

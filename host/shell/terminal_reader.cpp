@@ -3,7 +3,9 @@
 
 #include <cerrno>
 #include <cwchar>
+#include <optional>
 
+#include "host/shell/interrupt.h"
 #include "host/shell/line_reader.h"
 
 namespace {
@@ -19,8 +21,10 @@ struct CHistoryEnd {
 
 class CTerminalReader : public ILineReader {
   public:
-    CTerminalReader()
-        : m_edit(::el_init("diagsh", stdin, stdout, stderr)), m_history(::history_init()) {
+    explicit CTerminalReader(const CInterrupt& interrupt)
+        : m_interrupt(interrupt),
+          m_edit(::el_init("diagsh", stdin, stdout, stderr)),
+          m_history(::history_init()) {
         HistEvent event;
         ::history(m_history.get(), &event, H_SETSIZE, HISTORY_SIZE);
         ::history(m_history.get(), &event, H_SETUNIQUE, 1);
@@ -28,6 +32,9 @@ class CTerminalReader : public ILineReader {
         ::el_set(m_edit.get(), EL_PROMPT, &Prompt);
         ::el_set(m_edit.get(), EL_EDITOR, "emacs");
         ::el_set(m_edit.get(), EL_HIST, ::history, m_history.get());
+        // Gives the terminal back when the program is stopped or ended by a
+        // signal, and takes it again when it goes on.
+        ::el_set(m_edit.get(), EL_SIGNAL, 1);
         ::el_set(m_edit.get(), EL_GETCFN, &ReadCharacter);
         ::el_set(m_edit.get(), EL_BIND, "^R", "em-inc-search-prev", nullptr);
     }
@@ -35,6 +42,7 @@ class CTerminalReader : public ILineReader {
     ELine Read(const std::string& prompt, std::string& line) override {
         m_prompt = prompt;
         m_interrupted = false;
+        m_unreadable = false;
         line.clear();
         int length = 0;
         const char* text = ::el_gets(m_edit.get(), &length);
@@ -53,6 +61,9 @@ class CTerminalReader : public ILineReader {
         if (line.size() > MAX_LINE) {
             return ELine::TOO_LONG;
         }
+        if (m_unreadable) {
+            return ELine::UNREADABLE;
+        }
         if (line.find_first_not_of(" \t") != std::string::npos) {
             HistEvent event;
             ::history(m_history.get(), &event, H_ENTER, line.c_str());
@@ -69,20 +80,30 @@ class CTerminalReader : public ILineReader {
 
     static char* Prompt(EditLine* edit) { return Self(edit).m_prompt.data(); }
 
-    // The library's own reader starts again after a signal; this one lets
-    // Ctrl-C end the line.
+    // The library's own reader starts again after every signal; this one lets
+    // Ctrl-C end the line. Others (the window was resized, the program goes on
+    // after a stop) leave the line as it is, drawn anew.
     static int ReadCharacter(EditLine* edit, wchar_t* character) {
         std::mbstate_t state{};
         while (true) {
             char byte = 0;
-            const ssize_t count = ::read(STDIN_FILENO, &byte, 1);
+            const ssize_t count = Self(edit).ReadByte(byte);
+            if (count < 0 && errno == EINTR && !Self(edit).m_interrupt.IsPending()) {
+                ::el_set(edit, EL_REFRESH);
+                continue;
+            }
             if (count <= 0) {
                 Self(edit).m_interrupted = count < 0 && errno == EINTR;
                 return static_cast<int>(count);
             }
+            const bool first = std::mbsinit(&state) != 0;
             const size_t used = std::mbrtowc(character, &byte, 1, &state);
             if (used == static_cast<size_t>(-1)) {
-                // Not a character of this locale: shown as what it is, an unknown one.
+                CTerminalReader& self = Self(edit);
+                if (!first) {
+                    self.m_put_back = byte;
+                }
+                self.m_unreadable = true;
                 *character = L'?';
                 return 1;
             }
@@ -92,14 +113,26 @@ class CTerminalReader : public ILineReader {
         }
     }
 
+    ssize_t ReadByte(char& byte) {
+        if (m_put_back.has_value()) {
+            byte = *m_put_back;
+            m_put_back.reset();
+            return 1;
+        }
+        return ::read(STDIN_FILENO, &byte, 1);
+    }
+
+    const CInterrupt& m_interrupt;
     std::string m_prompt;
     bool m_interrupted = false;
+    bool m_unreadable = false;       // the line held bytes that are no characters
+    std::optional<char> m_put_back;  // a byte that broke a character off
     std::unique_ptr<EditLine, CEditLineEnd> m_edit;
     std::unique_ptr<History, CHistoryEnd> m_history;
 };
 
 }  // namespace
 
-std::unique_ptr<ILineReader> MakeTerminalReader() {
-    return std::make_unique<CTerminalReader>();
+std::unique_ptr<ILineReader> MakeTerminalReader(const CInterrupt& interrupt) {
+    return std::make_unique<CTerminalReader>(interrupt);
 }

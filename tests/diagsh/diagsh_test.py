@@ -129,6 +129,40 @@ class Scripts(Diagsh):
             self.assertIn("stdin:1: ", err)
 
 
+class Plumbing(Diagsh):
+    def test_lost_output_is_an_error(self):
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run(self.words("-c", "ls", "-c", "/i2c-0/chk-dev 1"), stdout=full,
+                                  stderr=subprocess.PIPE, timeout=20)
+        self.assertEqual(done.returncode, 4)
+        self.assertEqual(done.stderr, b"diagsh: standard output: No space left on device\n")
+
+    def test_closed_descriptors_do_no_harm(self):
+        for closed, status in (("<&-", 0), (">&-", 4), ("2>&-", 0), ("<&- >&- 2>&-", 0)):
+            words = " ".join(f"'{word}'" for word in self.words())
+            done = subprocess.run(f"{words} {closed}", shell=True, stdin=subprocess.DEVNULL,
+                                  capture_output=True, timeout=20)
+            if closed == ">&-":
+                done = subprocess.run(f"{words} -c ls {closed}", shell=True,
+                                      capture_output=True, timeout=20)
+            self.assertEqual(done.returncode, status, closed)
+
+    def test_half_a_line_of_a_pipe_is_not_run_when_interrupted(self):
+        with subprocess.Popen(self.words(), stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE) as child:
+            child.stdin.write(b"/i2c-0/chk-dev 0x50\n/i2c-0/trans wr 0x50 0 2 0 1")
+            child.stdin.flush()
+            # The first line's answer tells that the second is being read.
+            for line in child.stdout:
+                if b"exit" in line:
+                    break
+            child.send_signal(signal.SIGINT)
+            out, err = child.communicate(timeout=20)
+        self.assertEqual(child.returncode, 3)
+        self.assertNotIn(b"trans", out)
+        self.assertTrue(err.endswith(b"stdin:2: aborted\n"), err)
+
+
 class Terminal(Diagsh):
     def spawn(self):
         child = pexpect.spawn(DIAGSH, self.words()[1:], encoding="utf-8", timeout=20,
@@ -179,6 +213,38 @@ class Terminal(Diagsh):
         child.expect("Leave the shell")
         child.expect("/> ")
         self.quit(child)
+
+    def test_a_stopped_shell_goes_on_with_the_line_it_shows(self):
+        child = self.spawn()
+        child.send("help qu")
+        child.expect("help qu")
+        os.kill(child.pid, signal.SIGSTOP)
+        os.waitpid(child.pid, os.WUNTRACED)
+        os.kill(child.pid, signal.SIGCONT)
+        child.expect("/> help qu")
+        child.sendline("it")
+        child.expect("Leave the shell")
+        child.expect("/> ")
+        self.quit(child)
+
+    def test_bytes_that_are_no_characters_are_refused(self):
+        child = self.spawn()
+        os.write(child.child_fd, b"help quit \xc3\r")
+        child.expect("were no characters, nothing of it was done")
+        child.expect("/> ")
+        self.quit(child)
+
+    def test_a_transcript_can_go_through_a_pipe(self):
+        child = pexpect.spawn("/bin/sh", ["-c", " ".join(f"'{w}'" for w in self.words()) + " | cat"],
+                              encoding="utf-8", timeout=20)
+        self.addCleanup(child.close, force=True)
+        child.expect("/> ")
+        child.sendline("/i2c-0/chk-dev 1")
+        child.expect("failed")
+        child.sendline("help quit")
+        child.expect("Leave the shell")
+        child.sendline("quit")
+        child.expect(pexpect.EOF)
 
     def test_ctrl_d_leaves(self):
         child = self.spawn()

@@ -29,7 +29,7 @@ void OnAnotherThread(Code code) {
 }
 
 // Whether another thread could have the mutex now.
-bool IsFree(const CMutex& mutex) {
+bool IsFree(CMutex& mutex) {
     bool acquired = false;
     OnAnotherThread([&] {
         acquired = mutex.Acquire(&LONG_AGO);
@@ -41,7 +41,7 @@ bool IsFree(const CMutex& mutex) {
 }
 
 TEST(Mutex, IsFreeUntilAcquiredAndAfterRelease) {
-    const CMutex mutex;
+    CMutex mutex;
     EXPECT_TRUE(IsFree(mutex));
     EXPECT_TRUE(mutex.Acquire());
     EXPECT_FALSE(IsFree(mutex));
@@ -50,14 +50,14 @@ TEST(Mutex, IsFreeUntilAcquiredAndAfterRelease) {
 }
 
 TEST(Mutex, TimedAcquireTakesAFreeMutexWhateverTheTime) {
-    const CMutex mutex;
+    CMutex mutex;
     EXPECT_TRUE(mutex.Acquire(&LONG_AGO));
     EXPECT_FALSE(IsFree(mutex));
     mutex.Release();
 }
 
 TEST(Mutex, TimedAcquireGivesUpOnATakenMutexWhenTheTimeHasPassed) {
-    const CMutex mutex;
+    CMutex mutex;
     mutex.Acquire();
     bool acquired = true;
     OnAnotherThread([&] { acquired = mutex.Acquire(&LONG_AGO); });
@@ -66,7 +66,7 @@ TEST(Mutex, TimedAcquireGivesUpOnATakenMutexWhenTheTimeHasPassed) {
 }
 
 TEST(Mutex, LockingTwiceIsAnAssertionFailureAndTheLockStays) {
-    const CMutex mutex;
+    CMutex mutex;
     mutex.Acquire();
     EXPECT_THAT(ThrownText([&] { mutex.Acquire(); }),
                 MatchesRegex("lib/Threads:[0-9]+ Assert failed "
@@ -77,7 +77,7 @@ TEST(Mutex, LockingTwiceIsAnAssertionFailureAndTheLockStays) {
 }
 
 TEST(Mutex, TimedLockingTwiceIsAnAssertionFailureToo) {
-    const CMutex mutex;
+    CMutex mutex;
     mutex.Acquire();
     EXPECT_THAT(ThrownText([&] { mutex.Acquire(&LONG_AGO); }),
                 MatchesRegex("lib/Threads:[0-9]+ Assert failed .*"));
@@ -85,7 +85,7 @@ TEST(Mutex, TimedLockingTwiceIsAnAssertionFailureToo) {
 }
 
 TEST(Mutex, ReleaseByAnotherThreadIsAnAssertionFailureAndTheLockStays) {
-    const CMutex mutex;
+    CMutex mutex;
     mutex.Acquire();
     std::string text;
     OnAnotherThread([&] { text = ThrownText([&] { mutex.Release(); }); });
@@ -96,14 +96,14 @@ TEST(Mutex, ReleaseByAnotherThreadIsAnAssertionFailureAndTheLockStays) {
 }
 
 TEST(Mutex, ReleaseOfAFreeMutexIsAnAssertionFailure) {
-    const CMutex mutex;
+    CMutex mutex;
     EXPECT_THAT(ThrownText([&] { mutex.Release(); }),
                 MatchesRegex("lib/Threads:[0-9]+ Assert failed "
                              "\\(!::pthread_mutex_unlock\\(&m_lock\\)\\)"));
 }
 
 TEST(Guard, HoldsTheMutexForItsScope) {
-    const CMutex mutex;
+    CMutex mutex;
     {
         const CGuard<CMutex> guard(mutex);
         EXPECT_FALSE(IsFree(mutex));
@@ -112,7 +112,7 @@ TEST(Guard, HoldsTheMutexForItsScope) {
 }
 
 TEST(Guard, ReleasesWhenAnExceptionLeavesItsScope) {
-    const CMutex mutex;
+    CMutex mutex;
     EXPECT_THROW(
         {
             const CGuard<CMutex> guard(mutex);
@@ -123,14 +123,14 @@ TEST(Guard, ReleasesWhenAnExceptionLeavesItsScope) {
 }
 
 TEST(Guard, OfATakenMutexFailsAndReleasesNothing) {
-    const CMutex mutex;
+    CMutex mutex;
     const CGuard<CMutex> outer(mutex);
     EXPECT_THROW({ const CGuard<CMutex> inner(mutex); }, CDiagException);
     EXPECT_FALSE(IsFree(mutex));
 }
 
 TEST(Guard, ReportsThatItsMutexWasReleasedBehindItsBack) {
-    const CMutex mutex;
+    CMutex mutex;
     EXPECT_THAT(ThrownText([&] {
                     const CGuard<CMutex> guard(mutex);
                     mutex.Release();
@@ -139,7 +139,7 @@ TEST(Guard, ReportsThatItsMutexWasReleasedBehindItsBack) {
 }
 
 TEST(Guard, LetsAnExceptionOnItsWayGoFirst) {
-    const CMutex mutex;
+    CMutex mutex;
     EXPECT_THROW(
         {
             const CGuard<CMutex> guard(mutex);
@@ -151,7 +151,7 @@ TEST(Guard, LetsAnExceptionOnItsWayGoFirst) {
 
 TEST(Guard, LetsOneThreadInAtATime) {
     constexpr int ROUNDS = 20000;
-    const CMutex mutex;
+    CMutex mutex;
     int count = 0;
     const auto work = [&] {
         for (int i = 0; i < ROUNDS; ++i) {

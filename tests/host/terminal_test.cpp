@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <thread>
 
@@ -65,14 +67,38 @@ TEST_F(Terminal, KeepsAnotherThreadsTextUntilTheLineIsWhole) {
     EXPECT_EQ(Written(), "first line\nsecond line\n");
 }
 
-TEST_F(Terminal, GivesTheOpenLineToTheWaitingThreadThatLeftOneOpen) {
+TEST_F(Terminal, EndsTheLineOfAThreadThatEnds) {
+    InAnotherThread([this] { m_terminal.Write("open"); });
+    EXPECT_EQ(Written(), "open\n");
     m_terminal.Write("mine");
-    std::thread other([this] { m_terminal.Write("theirs"); });
-    other.join();
+    InAnotherThread([this] { m_terminal.Write("waiting"); });
     m_terminal.Write("\n");
-    EXPECT_EQ(Written(), "mine\ntheirs");
-    m_terminal.Write("waits\n");
-    EXPECT_EQ(Written(), "mine\ntheirs");
+    EXPECT_EQ(Written(), "open\nmine\nwaiting\n");
+}
+
+TEST_F(Terminal, WritesWhatStillWaitsAtItsEnd) {
+    std::optional<CTerminal> terminal(m_file.get());
+    terminal->Write("mine");
+    InAnotherThread([&terminal] { terminal->Write("waiting"); });
+    terminal.reset();
+    EXPECT_EQ(Written(), "mine\nwaiting\n");
+}
+
+TEST_F(Terminal, MayEndBeforeTheThreadsThatWroteToIt) {
+    InAnotherThread([this] {
+        CTerminal terminal(m_file.get());
+        terminal.Write("open");
+    });
+    EXPECT_EQ(Written(), "open");
+}
+
+TEST_F(Terminal, RemembersWhyOutputGotLost) {
+    const std::unique_ptr<std::FILE, CClose> full(std::fopen("/dev/full", "w"));
+    ASSERT_NE(full, nullptr);
+    CTerminal terminal(full.get());
+    EXPECT_EQ(terminal.Error(), 0);
+    terminal.Write("lost\n");
+    EXPECT_EQ(terminal.Error(), ENOSPC);
 }
 
 TEST_F(Terminal, NeverMixesLinesOfThreads) {

@@ -76,7 +76,7 @@ TEST_F(MountTree, ShowsAModuleOnTheChannelThatItNames) {
     builder.Begin("i2c@7").Cells("reg", {7}).Cells("phandle", {9}).End().End().End();
     Mount(builder);
     EXPECT_EQ(NamesAt("/i2c-0/mux/ch7"), Names{"sfp-left"});
-    EXPECT_EQ(DescriptionAt("/i2c-0/mux/ch7/sfp-left"), "sff,sfp at 0x50: not yet supported, not simulated");
+    EXPECT_EQ(DescriptionAt("/i2c-0/mux/ch7/sfp-left"), "sff,sfp at 0x50: not yet supported");
     EXPECT_EQ(NamesAt("/i2c-0"), (Names{"mux", "sfp-right"}));
     EXPECT_EQ(Warnings(), Names{});
 }
@@ -88,7 +88,7 @@ TEST_F(MountTree, ShowsMdioBusesAndPhys) {
     Mount(builder);
     EXPECT_EQ(DescriptionAt("/mdio@1"), "fsl,fman-memac-mdio: not yet supported, not simulated");
     EXPECT_EQ(DescriptionAt("/mdio@1/phy@1f"),
-              "ethernet-phy-ieee802.3-c22 at 0x1f: not yet supported");
+              "ethernet-phy-ieee802.3-c22 at 0x1f: not yet supported, not simulated");
     EXPECT_EQ(Warnings(), Names{});
 }
 

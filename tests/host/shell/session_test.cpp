@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <deque>
 
 #include "host/shell/line_reader.h"
@@ -68,6 +69,21 @@ TEST_F(Session, RunsCommandsInOrderAndStopsAtTheFirstFailure) {
     EXPECT_EQ(m_calls, 2U);
     EXPECT_EQ(Commands({"/dev/check wait", "/dev/add 1"}), EXIT_ABORTED);
     EXPECT_EQ(m_calls, 3U);
+}
+
+TEST_F(Session, SaysWhereAScriptWasAborted) {
+    CListReader lines({{ELine::READ, "cd dev"}, {ELine::INTERRUPTED, ""}, {ELine::READ, "add 1"}});
+    std::raise(SIGINT);
+    EXPECT_EQ(Script(lines), EXIT_ABORTED);
+    EXPECT_EQ(errors, "file:1: aborted\n");
+    EXPECT_EQ(m_calls, 0U);
+}
+
+TEST_F(Session, DoesNothingOfALineThatWasNoText) {
+    CListReader lines({{ELine::UNREADABLE, "/dev/add 1"}});
+    EXPECT_EQ(Script(lines), EXIT_USAGE);
+    EXPECT_EQ(errors, "file:1: the ? in the line were no characters, nothing of it was done\n");
+    EXPECT_EQ(m_calls, 0U);
 }
 
 TEST_F(Session, QuitEndsTheCommands) {

@@ -42,6 +42,13 @@ TEST_F(ShellAccess, PeeksAWholeArrayHoweverLarge) {
     EXPECT_THAT(printed, testing::EndsWith(" 96:  60 61 62 63 64 65 66 67 68\n"));
 }
 
+TEST_F(ShellAccess, CtrlCEndsAPeek) {
+    m_memory->interrupted_at = 0x20;
+    EXPECT_EQ(Run("peek dev/memory"), EXIT_ABORTED);
+    EXPECT_THAT(printed,
+                testing::EndsWith("0x20:  20 21 22 23 24 25 26 27 28 29 2a 2b 2c 2d 2e 2f\n"));
+}
+
 TEST_F(ShellAccess, PokesOneElementOrARange) {
     EXPECT_EQ(Run("poke dev/memory 3 0xAA"), EXIT_PASSED);
     EXPECT_EQ(Run("poke dev/memory 0xfe..0xff 0x55"), EXIT_PASSED);

@@ -84,6 +84,23 @@ TEST_F(ShellCommand, RunsTestsAndReportsTheirResult) {
     EXPECT_EQ(m_calls, 2U);
 }
 
+TEST_F(ShellCommand, ASkippedTestIsNoFailure) {
+    EXPECT_EQ(Run("/dev/check skip"), EXIT_PASSED);
+    EXPECT_EQ(printed, "check: skipped\n");
+    EXPECT_EQ(errors, "");
+}
+
+TEST_F(ShellCommand, PrintsTheOutputsOfAFailureToo) {
+    EXPECT_EQ(Run("/dev/count"), EXIT_FAILED);
+    EXPECT_EQ(printed, "passed = 3\n");
+    EXPECT_EQ(errors, "/dev/count: failed (ERR_FAIL)\n");
+}
+
+TEST_F(ShellCommand, DoesNotMissAnOutputThatWasLeftOut) {
+    EXPECT_EQ(Run("/dev/terse"), EXIT_PASSED);
+    EXPECT_EQ(printed + errors, "");
+}
+
 TEST_F(ShellCommand, StopsATestAtCtrlC) {
     EXPECT_EQ(Run("/dev/check wait"), EXIT_ABORTED);
     EXPECT_EQ(errors, "/dev/check: aborted (ERR_ABORTED)\n");
@@ -96,6 +113,10 @@ TEST_F(ShellCommand, SaysHowFarAnUnknownPathGoes) {
     EXPECT_EQ(errors, "nope: there is no \"nope\" in /; try ls or help\n");
     EXPECT_EQ(Run("/dev/nope/more 1"), EXIT_USAGE);
     EXPECT_EQ(errors, "/dev/nope/more: there is no \"nope\" in /dev; try ls\n");
+    EXPECT_EQ(Run("nope/more"), EXIT_USAGE);
+    EXPECT_EQ(errors, "nope/more: there is no \"nope\" in /; try ls or help\n");
+    EXPECT_EQ(Run("dev/../dev//add/b/c"), EXIT_USAGE);
+    EXPECT_EQ(errors, "dev/../dev//add/b/c: there is no \"c\" in /dev/add/b; try ls\n");
     EXPECT_EQ(Run("''"), EXIT_USAGE);
     EXPECT_EQ(errors, "an empty word names no node\n");
     EXPECT_EQ(Run("'\\\x1b'"), EXIT_USAGE);

@@ -28,13 +28,25 @@ TEST_F(ShellNavigation, StaysWhereItIsWhenThereIsNowhereToGo) {
     EXPECT_EQ(PathOf(m_shell.Current()), "/");
 }
 
+TEST_F(ShellNavigation, GoesToTheTopWhenItsNodeIsGone) {
+    EXPECT_EQ(Run("cd gone"), EXIT_PASSED);
+    EXPECT_EQ(Run("/dev/vanish"), EXIT_PASSED);
+    EXPECT_EQ(PathOf(m_shell.Current()), "/");
+    EXPECT_EQ(Run("ls"), EXIT_PASSED);
+}
+
 TEST_F(ShellNavigation, ListsChildrenWithTheirKind) {
     EXPECT_EQ(Run("ls"), EXIT_PASSED);
-    EXPECT_EQ(printed, "dev/  a device\n");
+    EXPECT_EQ(printed,
+              "dev/   a device\n"
+              "gone/  a menu\n");
     EXPECT_EQ(Run("ls dev"), EXIT_PASSED);
     EXPECT_EQ(printed,
               "add       does add\n"
               "fail      does fail\n"
+              "count     does count\n"
+              "terse     does terse\n"
+              "vanish    does vanish\n"
               "mute      does mute\n"
               "throw     does throw\n"
               "check!    a test\n"
@@ -53,7 +65,8 @@ TEST_F(ShellNavigation, ShowsTheTreeWithoutCommands) {
               "    name=     a text\n"
               "    fixed=    a number\n"
               "    memory[]  some bytes\n"
-              "    list[]    some bytes\n");
+              "    list[]    some bytes\n"
+              "  gone/       a menu\n");
 }
 
 TEST_F(ShellNavigation, ExplainsItself) {

@@ -58,6 +58,9 @@ class CCheckTest : public CDiagTest {
             }
             return DS_ABORTED;
         }
+        if (m_how == "skip") {
+            return DS_SKIPPED;
+        }
         return m_how == "pass" ? DS_PASSED : DS_FAILED;
     }
 
@@ -76,6 +79,9 @@ void CMemoryArray::Set(uint64_t pos, const unsigned char& value) {
 }
 
 unsigned char CMemoryArray::Get(uint64_t pos) {
+    if (pos == interrupted_at) {
+        std::raise(SIGINT);
+    }
     if (pos == broken) {
         throw CDiagException("cell broken");
     }
@@ -99,6 +105,23 @@ ShellTest::ShellTest()
                                     [](CDiagFunc& self, CInMsg&, COutMsg& out) {
                                         self.SendLog(LW_PRINT, "half a line");
                                         out << uint8_t{MSG_ERR_FAIL};
+                                    }),
+                       CDiagObj::NO_SORT);
+    auto* count = new CBodyCmd("count", m_calls, [](CDiagFunc&, CInMsg&, COutMsg& out) {
+        out << uint8_t{MSG_ERR_FAIL} << uint32_t{3};
+    });
+    count->AddChild(new CDiagParam(VT_UINT32, "passed", "steps", PT_OUT), CDiagObj::NO_SORT);
+    m_device->AddChild(count, CDiagObj::NO_SORT);
+    auto* terse = new CBodyCmd(
+        "terse", m_calls, [](CDiagFunc&, CInMsg&, COutMsg& out) { out << uint8_t{MSG_SUCCESS}; });
+    terse->AddChild(new CDiagParam(VT_STRING, "text", "a text", PT_OUT), CDiagObj::NO_SORT);
+    m_device->AddChild(terse, CDiagObj::NO_SORT);
+    auto* gone = new CDiagMenu(TMENU, "gone", "a menu");
+    m_root.AddChild(gone, CDiagObj::NO_SORT);
+    m_device->AddChild(new CBodyCmd("vanish", m_calls,
+                                    [this, gone](CDiagFunc&, CInMsg&, COutMsg& out) {
+                                        m_root.RemoveChild(gone->GetId());
+                                        out << uint8_t{MSG_SUCCESS};
                                     }),
                        CDiagObj::NO_SORT);
     m_device->AddChild(new CBodyCmd("mute", m_calls, [](CDiagFunc&, CInMsg&, COutMsg&) {}),

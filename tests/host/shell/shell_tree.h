@@ -3,13 +3,17 @@
 //   /dev/            a device
 //     add A [B]      a command: prints what it got, answers the sum
 //     fail           a command that answers ERR_FAIL
+//     count          a command that answers ERR_FAIL, yet with its output
+//     terse          a command that answers success without its output
+//     vanish         a command that removes the menu "gone"
 //     mute           a command that answers nothing
 //     throw          a command that throws
-//     check          a test that passes, fails or waits to be stopped
+//     check HOW      a test that passes, fails, skips or waits to be stopped
 //     name=          a writable text
 //     fixed=         a read-only number
 //     memory[]       256 bytes by address
 //     list[]         100 bytes by index, from 5 on
+//   gone/            a menu
 #pragma once
 
 #include <gtest/gtest.h>
@@ -38,6 +42,8 @@ class CMemoryArray : public CDiagArray<unsigned char> {
     std::map<uint64_t, unsigned char> cells;
     // Access to this position fails.
     uint64_t broken = ~uint64_t{0};
+    // Ctrl-C comes while this position is read.
+    uint64_t interrupted_at = ~uint64_t{0};
 };
 
 class ShellTest : public testing::Test {
