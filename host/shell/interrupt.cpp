@@ -1,6 +1,7 @@
 #include "host/shell/interrupt.h"
 
 #include <fcntl.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <array>
@@ -20,25 +21,20 @@ constexpr char INTERRUPTED = 'i';
 constexpr char FINISHED = 'f';
 std::array<int, 2> g_pipe{-1, -1};
 std::atomic<bool> g_pending{false};
+int g_pending_event = -1;
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
 
 void Tell(char what) {
-    const int saved = errno;
     // A full pipe tells already.
     [[maybe_unused]] const ssize_t written = ::write(g_pipe[1], &what, 1);
-    errno = saved;
 }
 
 extern "C" void OnInterrupt(int) {
+    const int saved = errno;
     g_pending = true;
+    ::eventfd_write(g_pending_event, 1);
     Tell(INTERRUPTED);
-}
-
-sigset_t InterruptSet() {
-    sigset_t set;
-    ::sigemptyset(&set);
-    ::sigaddset(&set, SIGINT);
-    return set;
+    errno = saved;
 }
 
 }  // namespace
@@ -48,10 +44,15 @@ CInterrupt::CInterrupt() {
         throw std::system_error(errno, std::generic_category(), "pipe");
     }
     ::fcntl(g_pipe[1], F_SETFL, O_NONBLOCK);
+    g_pending_event = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (g_pending_event < 0) {
+        throw std::system_error(errno, std::generic_category(), "eventfd");
+    }
     Clear();
-    // The watcher must not take the signal from the thread that reads the
-    // keyboard: its read has to return.
-    const sigset_t set = InterruptSet();
+    // The watcher must not take signals from the thread that reads the keyboard:
+    // its waiting has to end, for a window that was resized too.
+    sigset_t set;
+    ::sigfillset(&set);
     sigset_t before;
     ::pthread_sigmask(SIG_BLOCK, &set, &before);
     m_watcher = std::thread([this] { Watch(); });
@@ -68,6 +69,7 @@ CInterrupt::~CInterrupt() {
     m_watcher.join();
     ::close(g_pipe[0]);
     ::close(g_pipe[1]);
+    ::close(g_pending_event);
 }
 
 bool CInterrupt::IsPending() const {
@@ -76,6 +78,12 @@ bool CInterrupt::IsPending() const {
 
 void CInterrupt::Clear() {
     g_pending = false;
+    eventfd_t count = 0;
+    ::eventfd_read(g_pending_event, &count);
+}
+
+int CInterrupt::Descriptor() const {
+    return g_pending_event;
 }
 
 void CInterrupt::SetForeground(CDiagMenu* node) {

@@ -19,6 +19,9 @@ class CInterrupt {
     // Whether Ctrl-C came since the last Clear.
     bool IsPending() const;
     void Clear();
+    // A descriptor that is readable while Ctrl-C is pending: to be polled beside
+    // the input, since a signal may come just before a read begins to wait.
+    int Descriptor() const;
 
   private:
     void Watch();

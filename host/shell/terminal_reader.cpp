@@ -1,6 +1,8 @@
 #include <histedit.h>
+#include <poll.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cwchar>
 #include <optional>
@@ -113,11 +115,21 @@ class CTerminalReader : public ILineReader {
         }
     }
 
+    // As read() does; a pending Ctrl-C counts as an interruption.
     ssize_t ReadByte(char& byte) {
         if (m_put_back.has_value()) {
             byte = *m_put_back;
             m_put_back.reset();
             return 1;
+        }
+        std::array<pollfd, 2> inputs{
+            {{STDIN_FILENO, POLLIN, 0}, {m_interrupt.Descriptor(), POLLIN, 0}}};
+        if (::poll(inputs.data(), inputs.size(), -1) < 0) {
+            return -1;
+        }
+        if (inputs[1].revents != 0) {
+            errno = EINTR;
+            return -1;
         }
         return ::read(STDIN_FILENO, &byte, 1);
     }

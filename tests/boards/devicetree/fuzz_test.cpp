@@ -232,6 +232,8 @@ TEST(BlobFuzz, EndsInATreeOrANamedFault) {
 TEST(BlobFuzz, MountsWhateverTreeComesOfIt) {
     const CTempFolder folder;
     const COutcome outcome = Fuzz(20240602, 2'000, [&folder](const CDeviceTree& tree) {
+        // The chip at a place changes its size from one tree to the next.
+        std::filesystem::remove_all(folder.Path() / "state");
         ExpectNamesAreTypeableAndUnique(
             *MountBoard(tree, folder.Path() / "images", folder.Path() / "state"));
     });
