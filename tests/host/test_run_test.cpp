@@ -319,6 +319,28 @@ TYPED_TEST(TestRun, IsNotStoppedWhenItIsNotRunning) {
     EXPECT_EQ(this->m_test->GetStatus(), DS_PASSED);
 }
 
+TYPED_TEST(TestRun, EndsWhenTheReleaseOfItsDevicesThrows) {
+    const CLogCapture log;
+    this->m_test->m_on_release = [] { throw CDiagException("stuck"); };
+    EXPECT_THAT(this->Run().bytes, ElementsAre(2));
+    EXPECT_THAT(log.Texts(LW_ERR_SW), ElementsAre("stuck"));
+    EXPECT_EQ(this->m_test->GetStatus(), DS_FAILED);
+    this->m_test->m_on_release = [] {};
+    EXPECT_THAT(this->Run().bytes, ElementsAre(0));
+}
+
+TYPED_TEST(TestRun, ForgetsAStopOnceItHasEnded) {
+    this->m_test->m_on_run = [this](COutMsg&) {
+        this->m_test->RequestStop(true);
+        return DS_ABORTED;
+    };
+    EXPECT_THAT(this->Run().bytes, ElementsAre(10));
+    this->m_test->m_on_run = [this](COutMsg&) {
+        return this->m_test->IsStopReq() ? DS_FAILED : DS_PASSED;
+    };
+    EXPECT_THAT(this->Run().bytes, ElementsAre(0));
+}
+
 TYPED_TEST(TestRun, IsNotStartedWhileItIsRunning) {
     this->m_test->m_on_run = [&](COutMsg&) {
         for (const EMsgType type : {MSG_START, MSG_CALL}) {

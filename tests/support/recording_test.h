@@ -22,6 +22,7 @@ class CRecordingTest : public Base {
     std::function<bool(CInMsg&)> m_on_setup = [](CInMsg&) { return true; };
     std::function<ETestStatus(COutMsg&)> m_on_run = [](COutMsg&) { return DS_PASSED; };
     std::function<void()> m_on_cleanup = [] {};
+    std::function<void()> m_on_release = [] {};
 
     const std::vector<Stage>& Stages() const { return m_stages; }
     std::vector<std::string> StageNames() const {
@@ -52,6 +53,7 @@ class CRecordingTest : public Base {
     void ReleaseDevices() override {
         Record("release");
         Base::ReleaseDevices();
+        m_on_release();
     }
 
   private:
