@@ -15,6 +15,13 @@ namespace {
 constexpr unsigned int MAX_DATA = 32;
 constexpr unsigned int ROW = 16;
 
+// The list goes from data9 to data11: operators' scripts know the names so.
+constexpr std::array DATA_PARAMS = {
+    "data1",  "data2",  "data3",  "data4",  "data5",  "data6",  "data7",  "data8",  "data9",
+    "data11", "data12", "data13", "data14", "data15", "data16", "data17", "data18", "data19",
+    "data20", "data21", "data22", "data23", "data24", "data25", "data26", "data27", "data28",
+    "data29", "data30", "data31", "data32", "data33", "data34"};
+
 }  // namespace
 
 struct CI2cTransCmd::CArguments {
@@ -38,12 +45,8 @@ CI2cTransCmd::CI2cTransCmd(const std::string& name, const std::string& descripti
     add(VT_UINT8, "cmd|data-size", "command or data_size", OPTIONAL_IN);
     add(VT_UINT8, "cmd|data-size|data", "command or data_size or data", OPTIONAL_IN);
     add(VT_UINT8, "data_size|data", "data_size/data", OPTIONAL_IN);
-    // The list goes from data9 to data11: operators' scripts know the names so.
-    for (unsigned int i = 1; i <= 34; ++i) {
-        if (i != 10) {
-            const std::string data = "data" + std::to_string(i);
-            add(VT_UINT8, data, data, OPTIONAL_IN);
-        }
+    for (const char* data : DATA_PARAMS) {
+        add(VT_UINT8, data, data, OPTIONAL_IN);
     }
 }
 

@@ -44,7 +44,8 @@ TEST_F(MountTree, ShowsDevicesThatHaveNoDriverYet) {
     });
     EXPECT_EQ(NamesAt("/i2c-0"), (Names{"fru", "gpio@20"}));
     EXPECT_EQ(DescriptionAt("/i2c-0/fru"), "atmel,24c64 at 0x50: not yet supported");
-    EXPECT_EQ(DescriptionAt("/i2c-0/gpio@20"), "nxp,pca9555 at 0x20: not yet supported, not simulated");
+    EXPECT_EQ(DescriptionAt("/i2c-0/gpio@20"),
+              "nxp,pca9555 at 0x20: not yet supported, not simulated");
     EXPECT_EQ(Warnings(), Names{});
 }
 
