@@ -166,8 +166,11 @@ class Plumbing(Diagsh):
 
 class Terminal(Diagsh):
     def spawn(self):
-        child = pexpect.spawn(DIAGSH, self.words()[1:], encoding="utf-8", timeout=20,
-                              dimensions=(24, 120), env={**os.environ, "TERM": "xterm"})
+        # What is typed before the shell has taken the terminal is echoed as it
+        # stands, be it text or not.
+        child = pexpect.spawn(DIAGSH, self.words()[1:], encoding="utf-8", codec_errors="replace",
+                              timeout=20, dimensions=(24, 120),
+                              env={**os.environ, "TERM": "xterm"})
         self.addCleanup(child.close, force=True)
         child.expect("/> ")
         return child
