@@ -47,6 +47,9 @@ class CTerminalReader : public ILineReader {
         m_unreadable = false;
         line.clear();
         int length = 0;
+        // Before the prompt, so that what is typed at it is never taken as the
+        // keys of a terminal that is not ready.
+        ::el_set(m_edit.get(), EL_PREP_TERM, 1);
         const char* text = ::el_gets(m_edit.get(), &length);
         if (text == nullptr || length <= 0) {
             if (m_interrupted) {
