@@ -98,7 +98,7 @@ class CDiagArray : public CDiagArrayBase {
             in >> first >> last;
             CheckRange(first, last);
             PutAddrs(operation, IsIndexed(), first, last);
-            Answer(out, MSG_SUCCESS);
+            AnswerCode(out, MSG_SUCCESS);
 
             // A reversed range is read in ascending order.
             uint64_t pos = std::min(first, last);
@@ -132,7 +132,7 @@ class CDiagArray : public CDiagArrayBase {
         if (IsReadOnly()) {
             SendLog(LW_ERR_TEST, "%s (Value is readonly)", operation.c_str());
             SendLog(LW_RESULT, "%s %s", resCode2str(MSG_ERR_READONLY), operation.c_str());
-            Answer(out, MSG_ERR_READONLY);
+            AnswerCode(out, MSG_ERR_READONLY);
             return;
         }
         EResCode stage = MSG_ERR_PARAM;
@@ -153,7 +153,7 @@ class CDiagArray : public CDiagArrayBase {
                 SendLog(LW_RESULT, "%s %s val=%s", resCode2str(MSG_SUCCESS), operation.c_str(),
                         toString(value, VF_HEX | VF_PAD).c_str());
             }
-            Answer(out, MSG_SUCCESS);
+            AnswerCode(out, MSG_SUCCESS);
         } catch (const CDiagException& e) {
             Refuse(out, operation, stage, e);
         }
@@ -171,12 +171,7 @@ class CDiagArray : public CDiagArrayBase {
                 const CDiagException& e) const {
         SendLog(LW_ERR_TEST, "%s (%s)", operation.c_str(), e.what());
         SendLog(LW_RESULT, "%s %s (%s)", resCode2str(code), operation.c_str(), e.what());
-        Answer(out, code);
-    }
-
-    static void Answer(COutMsg& out, EResCode code) {
-        out.SetRespCode(code);
-        out << static_cast<uint8_t>(code);
+        AnswerCode(out, code);
     }
 
     bool IsIndexed() const { return GetNodeType() == TARRAY_I; }

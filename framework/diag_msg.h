@@ -88,3 +88,9 @@ class COutMsg : public CDiagMsg {
 
     EResCode m_resp_code = MSG_SUCCESS;
 };
+
+// Sets the response code and appends it as the answer byte.
+inline void AnswerCode(COutMsg& out, EResCode code) {
+    out.SetRespCode(code);
+    out << static_cast<uint8_t>(code);
+}

@@ -61,7 +61,7 @@ class CDiagValue : public CDiagValueBase {
             if (IsTraced()) {
                 SendLog(LW_RESULT, "%s peek val=%s", resCode2str(MSG_SUCCESS), Text(value).c_str());
             }
-            Answer(out, MSG_SUCCESS);
+            AnswerCode(out, MSG_SUCCESS);
             out << value;
         } catch (const CDiagException& e) {
             SendLog(LW_ERR_TEST, "peek (%s)", e.what());
@@ -69,7 +69,7 @@ class CDiagValue : public CDiagValueBase {
                 SendLog(LW_RESULT, "%s peek (%s)", resCode2str(MSG_ERR_FAIL), e.what());
             }
             out.Clear();
-            Answer(out, MSG_ERR_FAIL);
+            AnswerCode(out, MSG_ERR_FAIL);
         }
     }
 
@@ -79,7 +79,7 @@ class CDiagValue : public CDiagValueBase {
             if (IsTraced()) {
                 SendLog(LW_RESULT, "%s poke", resCode2str(MSG_ERR_READONLY));
             }
-            Answer(out, MSG_ERR_READONLY);
+            AnswerCode(out, MSG_ERR_READONLY);
             return;
         }
         try {
@@ -89,19 +89,14 @@ class CDiagValue : public CDiagValueBase {
             if (IsTraced()) {
                 SendLog(LW_RESULT, "%s poke val=%s", resCode2str(MSG_SUCCESS), Text(value).c_str());
             }
-            Answer(out, MSG_SUCCESS);
+            AnswerCode(out, MSG_SUCCESS);
         } catch (const CDiagException& e) {
             SendLog(LW_ERR_TEST, "poke (%s)", e.what());
             if (IsTraced()) {
                 SendLog(LW_RESULT, "%s poke (%s)", resCode2str(MSG_ERR_PARAM), e.what());
             }
-            Answer(out, MSG_ERR_PARAM);
+            AnswerCode(out, MSG_ERR_PARAM);
         }
-    }
-
-    static void Answer(COutMsg& out, EResCode code) {
-        out.SetRespCode(code);
-        out << static_cast<uint8_t>(code);
     }
 
     std::string Text(const T& value) const {

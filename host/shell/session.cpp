@@ -10,8 +10,18 @@
 
 namespace {
 
-constexpr char TOO_LONG[] = "line too long, nothing of it was done";
-constexpr char UNREADABLE[] = "the ? in the line were no characters, nothing of it was done";
+// Carries out the line that a read gave, or says why nothing of it was done.
+EExitStatus Carry(CShell& shell, ELine result, const std::string& line, const std::string& origin) {
+    switch (result) {
+        case ELine::TOO_LONG:
+            return shell.Refuse("line too long, nothing of it was done", origin);
+        case ELine::UNREADABLE:
+            return shell.Refuse("the ? in the line were no characters, nothing of it was done",
+                                origin);
+        default:
+            return shell.Execute(line, origin);
+    }
+}
 
 // What a run ends with after a line that ended with `status`.
 EExitStatus StatusAfter(EExitStatus status, const CShell& shell, const CInterrupt& interrupt,
@@ -48,13 +58,9 @@ EExitStatus RunScript(CShell& shell, CInterrupt& interrupt, ILineReader& lines,
         // returns, perhaps half a line, is not run either.
         switch (interrupt.IsPending() ? ELine::INTERRUPTED : result) {
             case ELine::READ:
-                status = shell.Execute(line, origin);
-                break;
             case ELine::TOO_LONG:
-                status = shell.Refuse(TOO_LONG, origin);
-                break;
             case ELine::UNREADABLE:
-                status = shell.Refuse(UNREADABLE, origin);
+                status = Carry(shell, result, line, origin);
                 break;
             case ELine::INTERRUPTED:
                 break;
@@ -72,15 +78,12 @@ EExitStatus RunTerminal(CShell& shell, CInterrupt& interrupt, ILineReader& lines
     std::string line;
     while (!shell.HasQuit() && shell.Terminal().Error() == 0) {
         interrupt.Clear();
-        switch (lines.Read(PathOf(shell.Current()) + "> ", line)) {
+        const ELine result = lines.Read(PathOf(shell.Current()) + "> ", line);
+        switch (result) {
             case ELine::READ:
-                shell.Execute(line);
-                break;
             case ELine::TOO_LONG:
-                shell.Refuse(TOO_LONG, "");
-                break;
             case ELine::UNREADABLE:
-                shell.Refuse(UNREADABLE, "");
+                Carry(shell, result, line, "");
                 break;
             case ELine::INTERRUPTED:
                 break;
