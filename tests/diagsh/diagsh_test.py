@@ -219,6 +219,8 @@ class Terminal(Diagsh):
     def test_ctrl_c_drops_what_was_typed(self):
         child = self.spawn()
         child.send("quit garbage")
+        child.expect("quit garbage")
+        self.wait_until_idle(child)
         child.sendintr()
         child.expect("/> ")
         child.sendline("help quit")
