@@ -6,6 +6,7 @@
 #include "framework/diag_func.h"
 #include "framework/diag_param.h"
 #include "i2c/diag_i2c_switch.h"
+#include "i2c/i2c_probe_read.h"
 #include "i2c/i2c_trans_cmd.h"
 
 namespace {
@@ -22,24 +23,6 @@ void ForEachSwitch(const CDiagObj& node, Action action) {
         }
     }
 }
-
-// A one-byte read that asks for nothing but an acknowledge.
-class CProbeRead {
-  public:
-    CProbeRead() {
-        m_req.dir = 1;
-        m_req.tsize = 1;
-        m_req.data = &m_byte;
-    }
-    bool Answers(CI2cDevice& bus, uint8_t addr) {
-        m_req.saddr = addr;
-        return bus.I2cTrans(m_req);
-    }
-
-  private:
-    CI2cXfrReq m_req;
-    byte_t m_byte = 0;
-};
 
 class CCheckDevCmd : public CDiagFunc {
   public:
@@ -130,7 +113,7 @@ CI2cDevice::CI2cDevice(const std::string& name, const std::string& description)
 }
 
 bool CI2cDevice::check_dev(uint8_t addr) {
-    CProbeRead read;
+    CI2cProbeRead read;
     SendLog(LW_PRINT, "%s: Check device with address = 0x%x\n", "check_dev", addr);
     const bool found = read.Answers(*this, addr);
     if (found) {
@@ -143,7 +126,7 @@ bool CI2cDevice::check_dev(uint8_t addr) {
 }
 
 bool CI2cDevice::probe(int) {
-    CProbeRead read;
+    CI2cProbeRead read;
     for (uint8_t addr = FIRST_PROBE_ADDR; addr <= LAST_PROBE_ADDR; ++addr) {
         if (read.Answers(*this, addr)) {
             SendLog(LW_PRINT, "         device with addr = 0x%x found \n", addr);
@@ -167,7 +150,7 @@ bool CI2cDevice::DisableAllSwitches() {
         AddMyDeviceAddr(i2c_switch.getI2cAddr());
     });
 
-    CProbeRead read;
+    CI2cProbeRead read;
     for (uint8_t addr = FIRST_PROBE_ADDR; addr <= LAST_PROBE_ADDR; ++addr) {
         if (read.Answers(*this, addr) && addr >= FIRST_SWITCH_ADDR && addr <= LAST_SWITCH_ADDR &&
             !isOnMyDeviceList(addr)) {

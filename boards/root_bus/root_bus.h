@@ -17,9 +17,10 @@
 #include "boards/root_bus/i2c_msg.h"
 #include "framework/diag_mutex.h"
 #include "framework/diag_value.h"
+#include "framework/shared_path.h"
 #include "i2c/diag_i2c_device.h"
 
-class CRootBus : public CI2cDevice {
+class CRootBus : public CI2cDevice, public ISharedPath {
   public:
     // How long after a write a slave that answers nothing is asked again, every
     // millisecond.
@@ -49,6 +50,12 @@ class CRootBus : public CI2cDevice {
     bool smb_block_read(int8_t ch, uint8_t addr, uint8_t cmd, uint32_t len, uint8_t* buf) override;
     bool smb_block_process_call(int8_t ch, uint8_t addr, uint8_t cmd, uint32_t len,
                                 uint8_t* buf) override;
+
+    // Commands of the bus itself drive its multiplexers; its direct slaves need
+    // none of them.
+    const CDiagDevice* PathTo(const CDiagDevice& target) const override {
+        return &target == this ? this : nullptr;
+    }
 
     // What went wrong in the last transfer; empty when it succeeded.
     std::string GetLastError() const { return m_last_error->Get(); }
