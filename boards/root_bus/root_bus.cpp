@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "boards/root_bus/eeprom_pages.h"
 #include "boards/root_bus/wire_request.h"
 #include "framework/diag_functions.h"
 #include "framework/diag_log_word.h"
@@ -80,23 +81,29 @@ CRootBus::CRootBus(const std::string& name, const std::string& description)
 }
 
 bool CRootBus::I2cTrans(CI2cXfrReq& req) {
-    return Run("I2cTrans", req);
+    constexpr const char* OPERATION = "I2cTrans";
+    if (!Accept(OPERATION, req)) {
+        return false;
+    }
+    const eeprom_geometry_t* part = m_eeproms.PartOf(req);
+    return part != nullptr ? RunPages(OPERATION, req, *part) : End(OPERATION, req, Carry(req));
 }
 
 bool CRootBus::Run(const char* operation, CI2cXfrReq& req) {
-    if (!Accept(operation, req)) {
-        return false;
+    return Accept(operation, req) && End(operation, req, Carry(req));
+}
+
+bool CRootBus::RunPages(const char* operation, CI2cXfrReq& req, const eeprom_geometry_t& part) {
+    CEepromPages pages(part, req);
+    if (pages.IsBeyond()) {
+        return Fail(operation, req, "the EEPROM at 0x%02x ends at 0x%04x: it has no address 0x%04x",
+                    part.addr, part.Reach() - 1, pages.Begin());
     }
-    CWireRequest wire(req);
-    if (!Exchange(operation, req, wire.Messages(), wire.WritesData())) {
-        return false;
-    }
-    const CWireRequest::CPec pec = wire.CheckPec();
-    if (pec.got != pec.expected) {
-        return Fail(operation, req, "bad packet error code 0x%02x from 0x%02x, expected 0x%02x",
-                    pec.got, req.saddr, pec.expected);
-    }
-    wire.Deliver();
+    do {
+        if (const CFault fault = Carry(pages.Piece())) {
+            return Fail(operation, req, "%s%s", fault->c_str(), pages.Account().c_str());
+        }
+    } while (pages.Next());
     return Succeed(req);
 }
 
@@ -105,11 +112,29 @@ bool CRootBus::Accept(const char* operation, CI2cXfrReq& req) {
     return refusal.empty() || Fail(operation, req, "%s", refusal.c_str());
 }
 
-bool CRootBus::Exchange(const char* operation, CI2cXfrReq& req, std::span<const CI2cMsg> msgs,
-                        bool writes_data) {
+bool CRootBus::End(const char* operation, CI2cXfrReq& req, const CFault& fault) {
+    return fault ? Fail(operation, req, "%s", fault->c_str()) : Succeed(req);
+}
+
+CRootBus::CFault CRootBus::Carry(const CI2cXfrReq& req) {
+    CWireRequest wire(req);
+    if (CFault fault = Exchange(req, wire.Messages(), wire.WritesData())) {
+        return fault;
+    }
+    const CWireRequest::CPec pec = wire.CheckPec();
+    if (pec.got != pec.expected) {
+        return Text("bad packet error code 0x%02x from 0x%02x, expected 0x%02x", pec.got, req.saddr,
+                    pec.expected);
+    }
+    wire.Deliver();
+    return {};
+}
+
+CRootBus::CFault CRootBus::Exchange(const CI2cXfrReq& req, std::span<const CI2cMsg> msgs,
+                                    bool writes_data) {
     unsigned int polls = 0;
     const CI2cResult result = Move(msgs, writes_data, polls);
-    return result.IsOk() || Fail(operation, req, "%s", FailureText(result, req, polls).c_str());
+    return result.IsOk() ? CFault{} : FailureText(result, req, polls);
 }
 
 // An address that was just written to may answer nothing while its write cycle
@@ -121,7 +146,8 @@ CI2cResult CRootBus::Move(std::span<const CI2cMsg> msgs, bool writes_data, unsig
         {
             const CGuard<CMutex> guard(m_wire_lock);
             CI2cResult result = Transfer(msgs, polls > 0);
-            std::optional<uint64_t>& written_ms = m_written_ms[msgs.front().addr];
+            std::optional<uint64_t>& written_ms =
+                m_written_ms[m_eeproms.CycleOf(msgs.front().addr)];
             if (result.IsOk() && writes_data) {
                 written_ms = NowMs();
             }

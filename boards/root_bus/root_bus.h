@@ -1,6 +1,6 @@
 // What every root bus shares, on one primitive, "do these messages in one go":
-// the transfer record, the SMBus operations, packet error checking, waiting for
-// the write cycle of a memory, and the error texts.
+// the transfer record, the SMBus operations, packet error checking, the pages
+// and the write cycle of an EEPROM, and the error texts.
 //
 // A record becomes a write of its command bytes (low byte of `cmd` first)
 // followed by its data, or a write of the command bytes and a repeated-start
@@ -14,6 +14,7 @@
 #include <span>
 #include <string>
 
+#include "boards/root_bus/eeprom_table.h"
 #include "boards/root_bus/i2c_msg.h"
 #include "framework/diag_mutex.h"
 #include "framework/diag_value.h"
@@ -29,6 +30,12 @@ class CRootBus : public CI2cDevice, public ISharedPath {
     static constexpr uint32_t SMBUS_BLOCK_MAX = 32;
 
     CRootBus(const std::string& name, const std::string& description);
+
+    // To be called before the first transfer. From then on a record whose command
+    // bytes are the part's memory address goes to the slave address of its place,
+    // and a write that crosses the end of a page goes out in pieces. Throws
+    // CDiagException for a part that cannot be.
+    void DeclareEeprom(const eeprom_geometry_t& part) { m_eeproms.Declare(part); }
 
     // Several threads may call this at once. After a failure errmsg, the
     // "last-error" node and a hardware debug line tell what happened.
@@ -70,11 +77,16 @@ class CRootBus : public CI2cDevice, public ISharedPath {
     virtual void WaitMs(unsigned int ms);
 
   private:
+    // What went wrong; nothing when nothing did.
+    using CFault = std::optional<std::string>;
+
     // `operation` is what the operator sees in the debug line.
     bool Run(const char* operation, CI2cXfrReq& req);
+    bool RunPages(const char* operation, CI2cXfrReq& req, const eeprom_geometry_t& part);
     bool Accept(const char* operation, CI2cXfrReq& req);
-    bool Exchange(const char* operation, CI2cXfrReq& req, std::span<const CI2cMsg> msgs,
-                  bool writes_data);
+    bool End(const char* operation, CI2cXfrReq& req, const CFault& fault);
+    CFault Carry(const CI2cXfrReq& req);
+    CFault Exchange(const CI2cXfrReq& req, std::span<const CI2cMsg> msgs, bool writes_data);
     CI2cResult Move(std::span<const CI2cMsg> msgs, bool writes_data, unsigned int& polls);
     bool Succeed(CI2cXfrReq& req);
     bool Fail(const char* operation, CI2cXfrReq& req, const char* fmt, ...)
@@ -87,6 +99,8 @@ class CRootBus : public CI2cDevice, public ISharedPath {
     // slaves of this bus hold that one around I2cTrans, those behind its
     // switches hold another.
     CMutex m_wire_lock;
-    // Per address: when data was last written there.
+    CEepromTable m_eeproms;
+    // When data was last written, for addresses that share a write cycle at the
+    // first of them.
     std::array<std::optional<uint64_t>, 128> m_written_ms{};
 };

@@ -123,7 +123,10 @@ bool CRootBus::smb_block_process_call(int8_t, uint8_t addr, uint8_t cmd, uint32_
     std::copy_n(buf, len, out.begin() + 2);
     const std::array<CI2cMsg, 2> msgs{CI2cMsg{addr, false, std::span(out).first(2 + len)},
                                       CI2cMsg{addr, true, std::span(in).first(1 + len)}};
-    if (!Exchange(OPERATION, req, msgs, false) || !CheckBlockCount(OPERATION, req, in[0], len)) {
+    if (const CFault fault = Exchange(req, msgs, false)) {
+        return End(OPERATION, req, fault);
+    }
+    if (!CheckBlockCount(OPERATION, req, in[0], len)) {
         return false;
     }
     std::copy_n(in.begin() + 1, len, buf);

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::array<sim_at24_part_t, 11> PARTS{{
+constexpr std::array<sim_at24_part_t, 12> PARTS{{
     // name, bytes, page, address bytes, slave addresses, write protected
     {"24c01", 128, 8, 1, 1, false},
     {"24c02", 256, 8, 1, 1, false},
@@ -19,6 +19,7 @@ constexpr std::array<sim_at24_part_t, 11> PARTS{{
     {"24c128", 16384, 64, 2, 1, false},
     {"24c256", 32768, 64, 2, 1, false},
     {"24c512", 65536, 128, 2, 1, false},
+    {"24c1024", 131072, 256, 2, 2, false},
     {"spd", 256, 8, 1, 1, true},
 }};
 

@@ -24,7 +24,7 @@ struct sim_at24_part_t {
     bool write_protected;  // at power-on
 };
 
-// "24c01" to "24c512", and "spd".
+// "24c01" to "24c1024", and "spd".
 std::span<const sim_at24_part_t> SimAt24Parts();
 // The part of that name, or null.
 const sim_at24_part_t* FindSimAt24Part(std::string_view name);

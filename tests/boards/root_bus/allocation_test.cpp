@@ -72,4 +72,26 @@ TEST(RootBusAllocation, SuccessfulTransfersTakeNothingFromTheHeap) {
     EXPECT_GT(before, 0U) << "the counting does not work";
 }
 
+TEST(RootBusAllocation, WritesInPiecesTakeNothingFromTheHeap) {
+    CSilentBus bus;
+    bus.DeclareEeprom({0x50, 8, 1, 8});
+    std::array<uint8_t, 255> data{};
+    CI2cXfrReq write;
+    write.saddr = 0x50;
+    write.cmd_sel = 1;
+    write.cmd = 0x81;
+    write.data = data.data();
+    write.tsize = 255;
+    CI2cXfrReq read = write;
+    read.dir = 1;
+
+    const size_t before = g_allocations;
+    const bool ok = bus.I2cTrans(write) && bus.I2cTrans(read);
+    const size_t after = g_allocations;
+
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(bus.Transfers(), 32U + 1U);
+    EXPECT_EQ(after, before);
+}
+
 }  // namespace

@@ -16,7 +16,7 @@ CData Position(const sim_at24_part_t& part, uint32_t position) {
 
 // The slave address behind which a position lies.
 uint8_t AddrOf(const sim_at24_part_t& part, uint32_t position) {
-    return static_cast<uint8_t>(0x50 + (part.addr_bytes == 1 ? position >> 8 : 0));
+    return static_cast<uint8_t>(0x50 + (position >> (8 * part.addr_bytes)));
 }
 
 class SimAt24 : public CSimTest {
@@ -34,10 +34,10 @@ TEST_F(SimAt24, ComesInTheSizesOfTheFamily) {
         unsigned int addresses;
     };
     const CExpected expected[] = {
-        {"24c01", 128, 8, 1, 1},      {"24c02", 256, 8, 1, 1},     {"24c04", 512, 16, 1, 2},
-        {"24c08", 1024, 16, 1, 4},    {"24c16", 2048, 16, 1, 8},   {"24c32", 4096, 32, 2, 1},
-        {"24c64", 8192, 32, 2, 1},    {"24c128", 16384, 64, 2, 1}, {"24c256", 32768, 64, 2, 1},
-        {"24c512", 65536, 128, 2, 1}, {"spd", 256, 8, 1, 1},
+        {"24c01", 128, 8, 1, 1},      {"24c02", 256, 8, 1, 1},        {"24c04", 512, 16, 1, 2},
+        {"24c08", 1024, 16, 1, 4},    {"24c16", 2048, 16, 1, 8},      {"24c32", 4096, 32, 2, 1},
+        {"24c64", 8192, 32, 2, 1},    {"24c128", 16384, 64, 2, 1},    {"24c256", 32768, 64, 2, 1},
+        {"24c512", 65536, 128, 2, 1}, {"24c1024", 131072, 256, 2, 2}, {"spd", 256, 8, 1, 1},
     };
     ASSERT_EQ(SimAt24Parts().size(), std::size(expected));
     for (const CExpected& want : expected) {
@@ -97,6 +97,55 @@ TEST_F(SimAt24, TakesTheHighAddressBitsFromItsSlaveAddress) {
     EndWriteCycle();
     EXPECT_EQ(Read(0x53, {0x10}, 1), CData{0x77});
     EXPECT_EQ(Read(0x52, {0x10}, 1), CData{0xFF});
+}
+
+TEST_F(SimAt24, OfTwoAddressBytesTakesTheBitAboveThemFromItsSlaveAddress) {
+    CSimAt24& chip = AddAt24("24c1024", 0x50);
+    EXPECT_TRUE(Write(0x51, {0x12, 0x34}, {0x77}));
+    EXPECT_EQ(File(chip)[0x11234], 0x77);
+    EXPECT_EQ(File(chip)[0x01234], 0xFF);
+    EndWriteCycle();
+    EXPECT_EQ(Read(0x51, {0x12, 0x34}, 1), CData{0x77});
+    EXPECT_EQ(Read(0x50, {0x12, 0x34}, 1), CData{0xFF});
+}
+
+TEST_F(SimAt24, AnswersAtNoneOfItsAddressesWhileItsWriteCycleRuns) {
+    CSimAt24& chip = AddAt24("24c08", 0x50);
+    EXPECT_TRUE(Write(0x51, {0x00}, {0x11}));
+    for (uint8_t addr = 0x50; addr < 0x54; ++addr) {
+        EXPECT_FALSE(chip.Start(addr, false)) << int{addr};
+    }
+}
+
+TEST_F(SimAt24, WrapsInsideThePageOfItsBlock) {
+    CSimAt24& chip = AddAt24("24c08", 0x50);
+    EXPECT_TRUE(Write(0x51, {0xFE}, {1, 2, 3, 4}));
+    const CData file = File(chip);
+    EXPECT_EQ(CData(file.begin() + 0x1FE, file.begin() + 0x202), (CData{1, 2, 0xFF, 0xFF}));
+    EXPECT_EQ(CData(file.begin() + 0x1F0, file.begin() + 0x1F3), (CData{3, 4, 0xFF}));
+}
+
+TEST_F(SimAt24, WrapsInsideThePagesOfTheLargestParts) {
+    CSimAt24& half = AddAt24("24c512", 0x54);
+    CSimAt24& whole = AddAt24("24c1024", 0x50);
+    EXPECT_TRUE(Write(0x54, {0xFF, 0x7F}, {1, 2}));
+    EXPECT_TRUE(Write(0x50, {0xFF, 0xFF}, {1, 2}));
+    EXPECT_EQ(File(half)[0xFF7F], 1);
+    EXPECT_EQ(File(half)[0xFF00], 2);
+    EXPECT_EQ(File(whole)[0xFFFF], 1);
+    EXPECT_EQ(File(whole)[0xFF00], 2);
+    EXPECT_EQ(File(whole)[0x10000], 0xFF);
+}
+
+TEST_F(SimAt24, ReadsOnFromItsFirstHalfIntoItsSecond) {
+    CData image(131072, 0x00);
+    image[0x0FFFF] = 0x11;
+    image[0x10000] = 0x22;
+    image[0x1FFFF] = 0x33;
+    image[0x00000] = 0x44;
+    AddAt24("24c1024", 0x50, image);
+    EXPECT_EQ(Read(0x50, {0xFF, 0xFF}, 2), (CData{0x11, 0x22}));
+    EXPECT_EQ(Read(0x51, {0xFF, 0xFF}, 2), (CData{0x33, 0x44}));
 }
 
 TEST_F(SimAt24, IgnoresAddressBitsThatItDoesNotHave) {
