@@ -42,6 +42,18 @@ CSimBus::CSimBus(const std::string& name, const std::string& description, uint32
 }
 
 CI2cResult CSimBus::Transfer(std::span<const CI2cMsg> msgs, bool again) {
+    const uint64_t begin_ns = m_clock.WireNs();
+    CI2cResult result = TransferAtOnce(msgs, again);
+    m_pace.Pass(m_clock.WireNs() - begin_ns);
+    return result;
+}
+
+void CSimBus::WaitMs(unsigned int ms) {
+    m_clock.Wait(ms);
+    m_pace.Pass(ms * NS_PER_MS);
+}
+
+CI2cResult CSimBus::TransferAtOnce(std::span<const CI2cMsg> msgs, bool again) {
     ++(again ? m_polls : m_transfers);
     // A poll is nobody's own transfer, so it is not the one that was meant to fail.
     const bool loses = !again && m_faults.CountTransfer();

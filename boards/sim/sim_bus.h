@@ -1,7 +1,8 @@
 // The root bus that is simulated: chips on a segment, faults, and the time that
-// everything would take on a real wire. Nothing waits for real: waiting moves
-// the bus's own time. Read-only nodes below it count "transfers", "polls" (a
-// busy chip asked again), "bytes" (address bytes included) and "wire-time-ns".
+// everything would take on a real wire. Waiting moves the bus's own time, and
+// takes real time only as far as the pace asks for it. Read-only nodes below it
+// count "transfers", "polls" (a busy chip asked again), "bytes" (address bytes
+// included) and "wire-time-ns".
 #pragma once
 
 #include <atomic>
@@ -12,6 +13,7 @@
 #include "boards/root_bus/root_bus.h"
 #include "boards/sim/sim_clock.h"
 #include "boards/sim/sim_faults.h"
+#include "boards/sim/sim_pace.h"
 #include "boards/sim/sim_segment.h"
 
 class CSimBus : public CRootBus {
@@ -24,11 +26,13 @@ class CSimBus : public CRootBus {
     const CSimFaults& Faults() const { return m_faults; }
     // The time that the chips of this bus live in.
     const CSimClock& Clock() const { return m_clock; }
+    CSimPace& Pace() { return m_pace; }
+    const CSimPace& Pace() const { return m_pace; }
 
     // All that a transfer record can ask for.
     uint32_t GetMaxTransSize() override { return 255; }
 
-    void WaitMs(unsigned int ms) override { m_clock.Wait(ms); }
+    void WaitMs(unsigned int ms) override;
 
     uint64_t GetTransfers() const { return m_transfers; }
     uint64_t GetPolls() const { return m_polls; }
@@ -40,12 +44,14 @@ class CSimBus : public CRootBus {
     uint64_t NowMs() override;
 
   private:
+    CI2cResult TransferAtOnce(std::span<const CI2cMsg> msgs, bool again);
     CI2cResult MoveAndStop(std::span<const CI2cMsg> msgs);
     CI2cResult Move(std::span<const CI2cMsg> msgs);
     bool Address(const CI2cMsg& msg);
     void CountByte();
 
     CSimClock m_clock;
+    CSimPace m_pace;
     CSimSegment m_segment;
     CSimFaults m_faults;
     std::atomic<uint64_t> m_transfers{0};

@@ -111,3 +111,31 @@ void CSimShowCmd::Run(CSimDevice& device, CInMsg&) {
         PrintFaults(*this, *bus);
     }
 }
+
+CSimPaceCmd::CSimPaceCmd(const std::string& name, const std::string& description)
+    : CSimCmd(name, description) {
+    AddChild(new CDiagParam(VT_UINT32, "percent",
+                            "of real time: 0 as fast as possible, 100 as slow as the hardware, "
+                            "10000 a hundred times slower",
+                            PT_IN | PT_OPTIONAL),
+             NO_SORT);
+}
+
+void CSimPaceCmd::Run(CSimDevice& device, CInMsg& in) {
+    if (in.GetLen() != 0) {
+        uint32_t percent = 0;
+        in >> percent;
+        for (CSimBus* bus : device.GetBuses()) {
+            bus->Pace().Set(percent);
+        }
+    }
+    for (const CSimBus* bus : device.GetBuses()) {
+        const uint32_t percent = bus->Pace().Get();
+        if (percent == 0) {
+            SendLog(LW_PRINT, "%s: pace 0, as fast as possible\n", bus->GetName());
+        } else {
+            SendLog(LW_PRINT, "%s: pace %u, takes %u %% of real time\n", bus->GetName(), percent,
+                    percent);
+        }
+    }
+}

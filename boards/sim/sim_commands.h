@@ -78,3 +78,12 @@ class CSimShowCmd : public CSimCmd {
   protected:
     void Run(CSimDevice& device, CInMsg& in) override;
 };
+
+// Sets the pace of every bus, if one is given, and prints it.
+class CSimPaceCmd : public CSimCmd {
+  public:
+    CSimPaceCmd(const std::string& name, const std::string& description);
+
+  protected:
+    void Run(CSimDevice& device, CInMsg& in) override;
+};

@@ -36,6 +36,7 @@ CSimDevice::CSimDevice() : CDiagDevice("sim", "simulated hardware", TDEVICE) {
     AddChild(new CSimFailNthCmd("fail-nth", "let one of the next transfers fail"), NO_SORT);
     AddChild(new CSimClearCmd("clear", "take all faults off all buses"), NO_SORT);
     AddChild(new CSimShowCmd("show", "show faults and time on the wire"), NO_SORT);
+    AddChild(new CSimPaceCmd("pace", "show or set how slowly the buses run"), NO_SORT);
 }
 
 void CSimDevice::AddContents(const std::string& name, CSimMemory& memory) {

@@ -1,6 +1,6 @@
-// The node "sim": commands that inject faults into the simulated buses and show
-// what the buses did, and below it the contents of every memory chip, reachable
-// without the bus.
+// The node "sim": commands that inject faults into the simulated buses, show
+// what the buses did and set their pace, and below it the contents of every
+// memory chip, reachable without the bus.
 #pragma once
 
 #include <string>
