@@ -20,17 +20,22 @@ CDiagI2cSwitch::CDiagI2cSwitch(const std::string& name, const std::string& descr
     AddI2cSwitchCommands(*this);
 }
 
-void CDiagI2cSwitch::ForEachDownstreamSwitch(const DownstreamAction& action) {
+void CDiagI2cSwitch::ForEachSwitchOf(int ch, const std::function<void(CDiagI2cSwitch&)>& action) {
+    const CDiagMenu* menu = getChannelMenu(ch);
+    if (menu == nullptr) {
+        return;
+    }
+    for (CDiagObj* child : menu->GetChildren()) {
+        if (auto* downstream = dynamic_cast<CDiagI2cSwitch*>(child)) {
+            action(*downstream);
+        }
+    }
+}
+
+void CDiagI2cSwitch::ForEachSwitch(const std::function<void(uint8_t, CDiagI2cSwitch&)>& action) {
     for (int ch = 0; ch < getNumberofChannels(); ++ch) {
-        const CDiagMenu* menu = getChannelMenu(ch);
-        if (menu == nullptr) {
-            continue;
-        }
-        for (CDiagObj* child : menu->GetChildren()) {
-            if (auto* downstream = dynamic_cast<CDiagI2cSwitch*>(child)) {
-                action(static_cast<uint8_t>(ch), *downstream);
-            }
-        }
+        ForEachSwitchOf(
+            ch, [&](CDiagI2cSwitch& downstream) { action(static_cast<uint8_t>(ch), downstream); });
     }
 }
 
@@ -110,7 +115,7 @@ void CDiagI2cSwitch::ShowPathConfigMode() {
 void CDiagI2cSwitch::SetSwMode(uint8_t mode) {
     SendLog(LW_SW_TRACE, "%s(0x%x): SetSwMode\n", GetName(), getI2cAddr());
     SetPathConfigMode(mode);
-    ForEachDownstreamSwitch([&](uint8_t, CDiagI2cSwitch& downstream) {
+    ForEachSwitch([&](uint8_t, CDiagI2cSwitch& downstream) {
         SendLog(LW_SW_TRACE, "(%s:%s): set switch %s mode to %d\n", GetName(), "SetSwMode",
                 downstream.GetName(), mode);
         downstream.SetSwMode(mode);
@@ -120,7 +125,7 @@ void CDiagI2cSwitch::SetSwMode(uint8_t mode) {
 void CDiagI2cSwitch::ShowSwMode() {
     SendLog(LW_SW_TRACE, "%s(0x%x): ShowSwMode\n", GetName(), getI2cAddr());
     ShowPathConfigMode();
-    ForEachDownstreamSwitch([&](uint8_t, CDiagI2cSwitch& downstream) {
+    ForEachSwitch([&](uint8_t, CDiagI2cSwitch& downstream) {
         SendLog(LW_SW_TRACE, "(%s:%s): show switch %s mode \n", GetName(), "ShowSwMode",
                 downstream.GetName());
         downstream.ShowSwMode();
@@ -175,7 +180,7 @@ bool CDiagI2cSwitch::ClearPath() {
 }
 
 bool CDiagI2cSwitch::DisableAllSwitches() {
-    ForEachDownstreamSwitch([this](uint8_t ch, CDiagI2cSwitch& downstream) {
+    ForEachSwitch([this](uint8_t ch, CDiagI2cSwitch& downstream) {
         SelChannel(ch);  // the way to the downstream switch itself
         downstream.DisableAllSwitches();
         DisableChannels();
@@ -186,15 +191,24 @@ bool CDiagI2cSwitch::DisableAllSwitches() {
 // Transfers.
 
 bool CDiagI2cSwitch::I2cTrans(CI2cXfrReq& req) {
-    if (!FindUpstream()) {
-        req.SetErrMsg("the switch hangs on no I2C bus");
-        return false;
-    }
-    if (m_sw_mode && !m_is_probing) {
+    if (FindUpstream() && m_sw_mode && !m_is_probing) {
         AnnouncePath(req);
     }
+    return Forward(req);
+}
+
+bool CDiagI2cSwitch::DirectI2cTrans(CI2cXfrReq& req) {
+    m_pDev = PlainParent();
+    return Forward(req);
+}
+
+bool CDiagI2cSwitch::Forward(CI2cXfrReq& req) {
     if (auto* upstream = dynamic_cast<CDiagI2cSwitch*>(m_pDev)) {
         return upstream->DirectI2cTrans(req);
+    }
+    if (m_pDev == nullptr) {
+        req.SetErrMsg("the switch hangs on no I2C bus");
+        return false;
     }
     return m_pDev->I2cTrans(req);
 }
@@ -211,16 +225,4 @@ void CDiagI2cSwitch::AnnouncePath(const CI2cXfrReq& req) {
     } else {
         SendLog(LW_INFO, "current switch on root bus\n");
     }
-}
-
-bool CDiagI2cSwitch::DirectI2cTrans(CI2cXfrReq& req) {
-    m_pDev = PlainParent();
-    if (m_pDev == nullptr) {
-        req.SetErrMsg("the switch hangs on no I2C bus");
-        return false;
-    }
-    if (auto* upstream = dynamic_cast<CDiagI2cSwitch*>(m_pDev)) {
-        return upstream->DirectI2cTrans(req);
-    }
-    return m_pDev->I2cTrans(req);
 }

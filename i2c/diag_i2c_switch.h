@@ -121,13 +121,15 @@ class CDiagI2cSwitch : public CI2cDevice {
     bool FindUpstream();
     CI2cDevice* PlainParent() const;
     void AnnouncePath(const CI2cXfrReq& req);
+    bool Forward(CI2cXfrReq& req);
 
     bool ProbeUpstream();
     void ProbeChannel(uint8_t ch, int level);
     bool ProbeAddress(CI2cProbeRead& read, uint8_t ch, uint8_t addr, int level);
 
-    using DownstreamAction = std::function<void(uint8_t ch, CDiagI2cSwitch& downstream)>;
-    void ForEachDownstreamSwitch(const DownstreamAction& action);
+    // The switches that hang on channel `ch`, and those on any channel.
+    void ForEachSwitchOf(int ch, const std::function<void(CDiagI2cSwitch&)>& action);
+    void ForEachSwitch(const std::function<void(uint8_t ch, CDiagI2cSwitch&)>& action);
     template <class Operation>
     bool ForwardSmbus(int8_t ch, Operation operation);
 };

@@ -70,10 +70,7 @@ void CDiagI2cSwitch::ProbeChannel(uint8_t ch, int level) {
     if (!found) {
         SendLog(LW_PRINT, "         no device found\n");
     }
-    ForEachDownstreamSwitch([&](uint8_t downstream_ch, CDiagI2cSwitch& downstream) {
-        if (downstream_ch != ch) {
-            return;
-        }
+    ForEachSwitchOf(ch, [&](CDiagI2cSwitch& downstream) {
         SendLog(LW_PRINT, "CDiagI2cSwitch::%s: probe devices %s channal %d\n", "probe",
                 downstream.GetName(), ch);
         downstream.m_is_probing = true;
@@ -88,7 +85,9 @@ bool CDiagI2cSwitch::ProbeAddress(CI2cProbeRead& read, uint8_t ch, uint8_t addr,
     if (!plain && !read.AnswersToCommand(*this, addr)) {
         return false;
     }
-    if (isOnParentBus(addr, static_cast<uint8_t>(level))) {
+    // A bus that was not probed itself lists nothing, but what it showed when
+    // this probe began does not hang on a channel either.
+    if (isOnParentBus(addr, static_cast<uint8_t>(level)) || (level == 0 && isOnUpstreamBus(addr))) {
         return false;
     }
     if (plain) {
@@ -132,6 +131,5 @@ bool CDiagI2cSwitch::isOnParentBus(uint8_t addr, uint8_t level) {
 
 void CDiagI2cSwitch::ClearAllDeviceAddrList() {
     ClearMyDeviceAddrList();
-    ForEachDownstreamSwitch(
-        [](uint8_t, CDiagI2cSwitch& downstream) { downstream.ClearAllDeviceAddrList(); });
+    ForEachSwitch([](uint8_t, CDiagI2cSwitch& downstream) { downstream.ClearAllDeviceAddrList(); });
 }

@@ -11,7 +11,9 @@ constexpr uint8_t ELEMENT_TYPE = VT_UINT8 | VF_HEX | VF_PAD;
 CI2cEepromMemory::CI2cEepromMemory(CDiagI2cEepromDevice* dev, uint32_t size, bool rd_only)
     : CDiagAddrArray<unsigned char>("memory", "EEPROM memory area", 0, size, rd_only, ELEMENT_TYPE),
       m_pDev(dev) {
-    DIAG_ASSERT(m_pDev != NULL);
+    if (m_pDev == nullptr) {
+        throw CDiagException("%s:%d Assert failed (%s)", __FILE__, __LINE__, "m_pDev != NULL");
+    }
 }
 
 void CI2cEepromMemory::Set(uint64_t addr, const byte_t& value) {

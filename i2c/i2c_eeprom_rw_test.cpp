@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 
 #include "framework/diag_command.h"
 #include "framework/diag_functions.h"
@@ -78,6 +79,7 @@ ETestStatus CDiagI2cEepromReadWriteTest::TestRun(COutMsg& out) {
         }
     } catch (...) {
         Restore(eeprom, saved);
+        eeprom.ClearPath();
         throw;
     }
     m_progress_done = uint64_t{3} * size;
@@ -176,6 +178,8 @@ bool CDiagI2cEepromReadWriteTest::Restore(CDiagI2cEepromDevice& eeprom,
         try {
             ok = eeprom.WriteMemory(addr, &saved[addr - m_sa], size);
         } catch (const CDiagException& e) {  // the other chunks still have a chance
+            SendLog(LW_ERR_SW, "%s", e.what());
+        } catch (const std::exception& e) {  // of a bus of the board's own
             SendLog(LW_ERR_SW, "%s", e.what());
         }
         if (!ok) {

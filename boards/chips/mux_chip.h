@@ -1,0 +1,66 @@
+// A multiplexer of the PCA954x family on its upstream bus. The channels hang
+// below it as menus "ch0", "ch1", ...
+//
+// Channel operations write and read the chip's control register through the
+// switch's own transfers. What is refused or fails is logged with its reason.
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "boards/chips/mux_part.h"
+#include "framework/shared_path.h"
+#include "i2c/diag_i2c_switch.h"
+
+class CMuxChip : public CDiagI2cSwitch, public ISharedPath {
+  public:
+    // `addr`: the chip's slave address; `upstream_ch`: the channel of the
+    // switch it hangs on, -1 on a root bus. `part` must outlive the chip.
+    CMuxChip(const mux_part_t& part, const std::string& name, const std::string& description,
+             uint32_t devId, uint8_t addr, int8_t upstream_ch);
+
+    // That of the upstream bus.
+    uint32_t GetMaxTransSize() override;
+    bool probe(int level) override;
+
+    int getNumberofChannels() override { return m_part.channels; }
+    // Prints the control register as the chip has it, and what it stands for.
+    int ShowChannels() override;
+    // Parts with an enable bit open one channel at a time; they refuse a second.
+    int SetChannel(uint8_t ch) override;
+    int ClearChannel(uint8_t ch) override;
+    int SetChannels(uint32_t mask) override;
+    int ClearChannels(uint32_t mask) override;
+    int SelChannel(uint8_t ch) override;
+    int DisableChannels() override;
+    CDiagMenu* getChannelMenu(int ch) override;
+    uint8_t getI2cAddr() override { return m_addr; }
+
+    std::list<uint8_t> GetMyDeviceAddrList(uint8_t ch) override;
+    void ShowMyDeviceAddrList(uint8_t ch) override;
+    void AddMyDeviceAddr(uint8_t ch, uint8_t addr) override;
+    void ClearMyDeviceAddrList() override;
+
+    // All channels of all multiplexers below one root bus make one path:
+    // whatever is open answers together.
+    const CDiagDevice* PathTo(const CDiagDevice& target) const override;
+
+  private:
+    struct CChannel {
+        CDiagMenu* menu;  // a child
+        std::list<uint8_t> found;
+    };
+
+    bool HasChannel(uint8_t ch);
+    bool HasChannels(uint32_t mask);
+    int Open(uint32_t mask);
+    std::optional<uint8_t> ReadControl();
+    bool WriteControl(uint8_t control);
+
+    const mux_part_t& m_part;
+    const uint8_t m_addr;
+    std::vector<CChannel> m_channels;
+};
