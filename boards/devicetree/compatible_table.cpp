@@ -3,53 +3,66 @@
 #include <algorithm>
 #include <array>
 
+#include "boards/devicetree/i2c_nodes.h"
+#include "boards/devicetree/part_name.h"
+#include "boards/devicetree/plain_node.h"
 #include "boards/devicetree/property_reader.h"
 
 namespace {
 
 using enum EBindingKind;
 
-constexpr auto Unsupported = CreateUnsupportedNode;
+constexpr CBinding Mux(std::string_view compatible) {
+    return {compatible, I2C_DEVICE, CreateMuxNode, CreateSimMux};
+}
+
+constexpr CBinding Eeprom(std::string_view compatible, CBinding::DescribeEeprom describe) {
+    return {compatible, I2C_DEVICE, CreateEepromNode, CreateSimEeprom, describe};
+}
 
 constexpr std::array BINDINGS = {
-    CBinding{"simple-bus", CONTAINER, nullptr, nullptr},
-    CBinding{"simple-mfd", CONTAINER, nullptr, nullptr},
-    CBinding{"fsl,fman", CONTAINER, nullptr, nullptr},
+    CBinding{"simple-bus", CONTAINER},
+    CBinding{"simple-mfd", CONTAINER},
+    CBinding{"fsl,fman", CONTAINER},
 
-    CBinding{"fsl-i2c", I2C_BUS, nullptr, nullptr},
+    CBinding{"fsl-i2c", I2C_BUS},
 
-    CBinding{"nxp,pca9540", I2C_DEVICE, Unsupported, CreateSimMux},
-    CBinding{"nxp,pca9542", I2C_DEVICE, Unsupported, CreateSimMux},
-    CBinding{"nxp,pca9543", I2C_DEVICE, Unsupported, CreateSimMux},
-    CBinding{"nxp,pca9544", I2C_DEVICE, Unsupported, CreateSimMux},
-    CBinding{"nxp,pca9545", I2C_DEVICE, Unsupported, CreateSimMux},
-    CBinding{"nxp,pca9546", I2C_DEVICE, Unsupported, CreateSimMux},
-    CBinding{"nxp,pca9547", I2C_DEVICE, Unsupported, CreateSimMux},
-    CBinding{"nxp,pca9548", I2C_DEVICE, Unsupported, CreateSimMux},
+    Mux("nxp,pca9540"),
+    Mux("nxp,pca9542"),
+    Mux("nxp,pca9543"),
+    Mux("nxp,pca9544"),
+    Mux("nxp,pca9545"),
+    Mux("nxp,pca9546"),
+    Mux("nxp,pca9547"),
+    Mux("nxp,pca9548"),
 
-    CBinding{"morva,mfg-eeprom", I2C_DEVICE, Unsupported, CreateSimBoardEeprom},
-    CBinding{"morva,param-eeprom", I2C_DEVICE, Unsupported, CreateSimBoardEeprom},
-    CBinding{"*,24c01", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,24c02", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,24c04", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,24c08", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,24c16", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,24c32", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,24c64", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,24c128", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,24c256", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,24c512", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"*,spd", I2C_DEVICE, Unsupported, CreateSimAt24},
-    CBinding{"sff,sfp", I2C_MODULE, Unsupported, CreateSimModuleEeprom},
+    Eeprom("morva,mfg-eeprom", DescribeBoardEeprom),
+    Eeprom("morva,param-eeprom", DescribeBoardEeprom),
+    Eeprom("*,24c01", DescribeAt24),
+    Eeprom("*,24c02", DescribeAt24),
+    Eeprom("*,24c04", DescribeAt24),
+    Eeprom("*,24c08", DescribeAt24),
+    Eeprom("*,24c16", DescribeAt24),
+    Eeprom("*,24c32", DescribeAt24),
+    Eeprom("*,24c64", DescribeAt24),
+    Eeprom("*,24c128", DescribeAt24),
+    Eeprom("*,24c256", DescribeAt24),
+    Eeprom("*,24c512", DescribeAt24),
+    Eeprom("*,24c1024", DescribeAt24),
+    Eeprom("*,24cm01", DescribeAt24),
+    Eeprom("*,24c2048", DescribeAt24),
+    Eeprom("*,24cm02", DescribeAt24),
+    Eeprom("*,spd", DescribeAt24),
+    CBinding{"sff,sfp", I2C_MODULE, CreateEepromNode, CreateSimEeprom, DescribeModuleEeprom},
 
-    CBinding{"nxp,pca9555", I2C_DEVICE, Unsupported, nullptr},
-    CBinding{"adi,adt7461", I2C_DEVICE, Unsupported, nullptr},
-    CBinding{"ti,tmp75", I2C_DEVICE, Unsupported, nullptr},
+    CBinding{"nxp,pca9555", I2C_DEVICE, CreateUnsupportedSlave},
+    CBinding{"adi,adt7461", I2C_DEVICE, CreateUnsupportedSlave},
+    CBinding{"ti,tmp75", I2C_DEVICE, CreateUnsupportedSlave},
 
-    CBinding{"fsl,fman-memac-mdio", MDIO_BUS, Unsupported, nullptr},
-    CBinding{"fsl,fman-xmdio", MDIO_BUS, Unsupported, nullptr},
-    CBinding{"ethernet-phy-ieee802.3-c22", MDIO_PHY, Unsupported, nullptr},
-    CBinding{"ethernet-phy-ieee802.3-c45", MDIO_PHY, Unsupported, nullptr},
+    CBinding{"fsl,fman-memac-mdio", MDIO_BUS, CreateUnsupportedNode},
+    CBinding{"fsl,fman-xmdio", MDIO_BUS, CreateUnsupportedNode},
+    CBinding{"ethernet-phy-ieee802.3-c22", MDIO_PHY, CreateUnsupportedNode},
+    CBinding{"ethernet-phy-ieee802.3-c45", MDIO_PHY, CreateUnsupportedNode},
 };
 
 const CBinding* FindBinding(std::string_view compatible) {

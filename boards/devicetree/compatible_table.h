@@ -6,8 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "boards/devicetree/device_request.h"
 #include "boards/devicetree/device_tree_node.h"
-#include "boards/devicetree/plain_node.h"
+#include "boards/devicetree/eeprom_part.h"
 #include "boards/devicetree/sim_parts.h"
 
 enum class EBindingKind {
@@ -22,11 +23,13 @@ enum class EBindingKind {
 struct CBinding {
     using CreateNode = std::unique_ptr<CDiagMenu> (*)(const CDeviceRequest&);
     using CreateChip = CSimParts (*)(const CChipRequest&);
+    using DescribeEeprom = eeprom_part_t (*)(const CDeviceTreeNode&, const std::string&);
 
     std::string_view compatible;  // "vendor,part"; "*,part" stands for every vendor's
     EBindingKind kind;
-    CreateNode create_node;  // null where the node is no device of the tree's own
-    CreateChip create_chip;  // null where nothing on the wire is simulated
+    CreateNode create_node = nullptr;          // null where the node is no device of its own
+    CreateChip create_chip = nullptr;          // null where nothing on the wire is simulated
+    DescribeEeprom describe_eeprom = nullptr;  // of EEPROMs alone
 };
 
 // What a list of compatibles says a node is.

@@ -6,34 +6,52 @@
 #include <filesystem>
 #include <map>
 #include <string>
-#include <utility>
 
-#include "boards/sim/sim_clock.h"
+#include "boards/chips/board_place.h"
+#include "boards/devicetree/device_tree_node.h"
+#include "boards/sim/sim_bus.h"
 #include "boards/sim/sim_segment.h"
 #include "framework/diag_menu.h"
+#include "i2c/diag_i2c_switch.h"
 
 class CI2cWire {
   public:
-    // `folder` is where the wire's memories keep their contents: its place in
-    // the topology, as in "i2c-0/0x70/ch2".
-    CI2cWire(CDiagMenu& menu, CSimSegment& segment, const CSimClock& clock,
-             std::filesystem::path folder)
-        : m_menu(menu), m_segment(segment), m_clock(clock), m_folder(std::move(folder)) {}
+    using CClaims = std::map<uint8_t, const CDeviceTreeNode*>;
+
+    explicit CI2cWire(CSimBus& bus);
+    // Channel `ch` of a switch that hangs on `above`; `segment` is the wire
+    // behind it and `addr` the switch's address.
+    CI2cWire(const CI2cWire& above, CDiagI2cSwitch& mux, uint8_t addr, int8_t ch,
+             CSimSegment& segment);
 
     // The tree node under which the devices of this wire stand.
     CDiagMenu& Menu() const { return m_menu; }
     CSimSegment& Segment() const { return m_segment; }
-    const CSimClock& Clock() const { return m_clock; }
+    const CSimClock& Clock() const { return m_root.Clock(); }
+    CRootBus& Root() const { return m_root; }
+    // Of the switch that the wire is a channel of; -1 on a root bus.
+    int8_t Channel() const { return m_channel; }
+    board_place_t Place(uint8_t addr) const { return {&m_bus, m_channel, addr}; }
+    // Where the wire's memories keep their contents: its place in the topology,
+    // as in "i2c-0/0x70/ch2".
     const std::filesystem::path& Folder() const { return m_folder; }
+    // The wire that the switch hangs on; null for a root bus.
+    const CI2cWire* Above() const { return m_above; }
 
-    // Takes an address for the node at `path`; throws CDiagException with both
-    // nodes when another one has it.
-    void Claim(uint8_t addr, const std::string& path);
+    // Takes `count` addresses for a node, all or none; throws CDiagException
+    // with both nodes when another one has one of them.
+    void Claim(uint8_t addr, unsigned int count, const CDeviceTreeNode& node);
+    const CClaims& Claims() const { return m_claims; }
+    // The node that has the address, or null.
+    const CDeviceTreeNode* ClaimantOf(uint8_t addr) const;
 
   private:
+    CI2cDevice& m_bus;
+    CSimBus& m_root;
     CDiagMenu& m_menu;
     CSimSegment& m_segment;
-    const CSimClock& m_clock;
+    const int8_t m_channel;
     const std::filesystem::path m_folder;
-    std::map<uint8_t, std::string> m_claims;
+    const CI2cWire* const m_above;
+    CClaims m_claims;
 };

@@ -1,7 +1,8 @@
 #include "boards/devicetree/node_name.h"
 
 #include <algorithm>
-#include <cctype>
+#include <charconv>
+#include <system_error>
 
 #include "boards/devicetree/property_reader.h"
 
@@ -32,11 +33,19 @@ std::string TypeableName(std::string_view wanted) {
     return name;
 }
 
-std::string UniqueName(const std::string& name,
-                       const std::function<bool(const std::string&)>& taken) {
-    std::string unique = name;
-    for (unsigned int number = 2; taken(unique); ++number) {
-        unique = name + "-" + std::to_string(number);
+CNumberedName SplitNumber(const std::string& name) {
+    const size_t dash = name.find_last_of('-');
+    if (dash == std::string::npos || dash == 0) {
+        return {name, 0};
     }
-    return unique;
+    uint32_t number = 0;
+    const char* const first = name.data() + dash + 1;
+    const char* const last = name.data() + name.size();
+    const auto [end, fault] = std::from_chars(first, last, number);
+    // The largest number is left out, so that there is always a next one.
+    if (fault != std::errc() || number == UINT32_MAX ||
+        std::to_string(number) != std::string(first, last)) {
+        return {name, 0};
+    }
+    return {name.substr(0, dash), number};
 }

@@ -1,8 +1,7 @@
-// Names of tree nodes: typeable in the shell without quoting, and unique among
-// siblings.
+// Names of tree nodes, typeable in the shell without quoting.
 #pragma once
 
-#include <functional>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -15,6 +14,11 @@ std::string WantedName(const CDeviceTreeNode& node);
 // Never empty, and never a name that means a place in a path.
 std::string TypeableName(std::string_view wanted);
 
-// `name`, or the first of "name-2", "name-3", ... that is not taken.
-std::string UniqueName(const std::string& name,
-                       const std::function<bool(const std::string&)>& taken);
+// A name that ends in "-NUMBER", taken apart.
+struct CNumberedName {
+    std::string base;
+    uint32_t number;  // 0 where the name has none
+};
+
+// Only a number as it is written anew counts: "mux-07" is a base as a whole.
+CNumberedName SplitNumber(const std::string& name);

@@ -2,18 +2,26 @@
 
 #include "boards/devicetree/printable_text.h"
 #include "framework/diag_functions.h"
+#include "framework/diag_log_word.h"
 
 std::unique_ptr<CDiagMenu> CreatePlainNode(const CDeviceRequest& request, const char* note) {
-    std::string description =
-        request.compatible.empty() ? "device" : PrintableText(request.compatible);
-    if (request.addr) {
-        description += " at " + toString(*request.addr, VF_HEX);
-    }
-    return std::make_unique<CDiagMenu>(TMENU, request.name, description + ": " + note);
+    return std::make_unique<CDiagMenu>(TMENU, request.TakeName(), request.Text() + ": " + note);
 }
 
 std::unique_ptr<CDiagMenu> CreateUnsupportedNode(const CDeviceRequest& request) {
-    // An operator who sees the node must know whether anything will answer.
-    return CreatePlainNode(
-        request, request.simulated ? "not yet supported" : "not yet supported, not simulated");
+    return CreatePlainNode(request, UnsupportedNote(request));
+}
+
+std::unique_ptr<CDiagMenu> CreateUnknownNode(const CDeviceRequest& request) {
+    TellUnknown(request, "a plain node");
+    return CreatePlainNode(request, "not known");
+}
+
+void TellUnknown(const CDeviceRequest& request, const char* what) {
+    diag_pf_send_log(LW_INFO, "%s: \"%s\" is not known, mounted as %s\n",
+                     request.node.Path().c_str(), PrintableText(request.compatible).c_str(), what);
+}
+
+const char* UnsupportedNote(const CDeviceRequest& request) {
+    return request.simulated ? "not yet supported" : "not yet supported, not simulated";
 }

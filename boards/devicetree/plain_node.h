@@ -1,25 +1,22 @@
-// The tree node of a device that has no driver class: it shows what hangs where.
+// Menus that stand for devices that cannot be reached: they show what hangs where.
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <optional>
-#include <string>
 
-#include "boards/devicetree/device_tree_node.h"
+#include "boards/devicetree/device_request.h"
 #include "framework/diag_menu.h"
-
-// A device of the description on its way into the tree.
-struct CDeviceRequest {
-    const CDeviceTreeNode& node;
-    std::string name;              // in the tree
-    std::string compatible;        // the one that was matched, else the first; may be empty
-    std::optional<uint32_t> addr;  // on its bus
-    bool simulated;                // whether a chip on the wire stands for it
-};
 
 // Described as "COMPATIBLE at 0xADDR: NOTE".
 std::unique_ptr<CDiagMenu> CreatePlainNode(const CDeviceRequest& request, const char* note);
 
 // For devices that are known, but not driven.
 std::unique_ptr<CDiagMenu> CreateUnsupportedNode(const CDeviceRequest& request);
+
+// For devices that are not known; says so in the log.
+std::unique_ptr<CDiagMenu> CreateUnknownNode(const CDeviceRequest& request);
+// The line in the log; `what` is what stands in for the device.
+void TellUnknown(const CDeviceRequest& request, const char* what);
+
+// Why a device that is known has no driver: what an operator must know of it is
+// whether anything will answer.
+const char* UnsupportedNote(const CDeviceRequest& request);

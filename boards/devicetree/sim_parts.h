@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
-#include <string_view>
 
 #include "boards/devicetree/device_tree_node.h"
+#include "boards/devicetree/eeprom_part.h"
 #include "boards/devicetree/i2c_wire.h"
 #include "boards/sim/sim_memory.h"
 #include "boards/sim/sim_mux.h"
@@ -17,8 +17,9 @@
 struct CChipRequest {
     const CDeviceTreeNode& node;
     std::string compatible;
-    uint8_t addr;  // already claimed
+    uint8_t addr;
     CI2cWire& wire;
+    const eeprom_part_t* eeprom;     // what an EEPROM is
     std::filesystem::path contents;  // the file that a memory lives in
     std::filesystem::path image;     // what it holds at first; may be missing
 };
@@ -37,16 +38,6 @@ struct CSimParts {
     CSimMux* mux = nullptr;        // of a multiplexer
 };
 
-// The part's name in a compatible: what stands behind the comma, if any.
-std::string_view PartName(std::string_view compatible);
-
-// All throw CDiagException, naming the node, when the chip cannot be made.
-
-// A member of the AT24 family, by the part's name. The properties "size",
-// "pagesize", "address-width" and "read-only" override what the part is.
-CSimParts CreateSimAt24(const CChipRequest& request);
-// A board's own EEPROM: an AT24C64 unless its properties say otherwise.
-CSimParts CreateSimBoardEeprom(const CChipRequest& request);
-// The serial-ID memory of a pluggable optical module.
-CSimParts CreateSimModuleEeprom(const CChipRequest& request);
+// Both throw CDiagException, naming the node, when the chip cannot be made.
+CSimParts CreateSimEeprom(const CChipRequest& request);
 CSimParts CreateSimMux(const CChipRequest& request);

@@ -107,7 +107,7 @@ TEST_F(MountChips, OfEveryKnownMultiplexerAreThere) {
             bus.Device("dev", compatible, 0x70).End();
         });
         EXPECT_TRUE(Warnings().empty());
-        EXPECT_EQ(NamesAt("/i2c-0/dev").size(), channels);
+        EXPECT_EQ(NamesAt("/i2c-0/dev-0").size(), channels);
         EXPECT_TRUE(Read(0x70, {}, 1).has_value());
     }
 }

@@ -92,8 +92,8 @@ TEST_F(MountFaults, LeaveTheSameAddressOnTwoChannelsAlone) {
         bus.Begin("i2c@1").Cells("reg", {1}).Device("b@50", "atmel,24c02", 0x50).End().End();
         bus.End();
     });
-    EXPECT_EQ(NamesAt("/i2c-0/mux/ch0"), Names{"a@50"});
-    EXPECT_EQ(NamesAt("/i2c-0/mux/ch1"), Names{"b@50"});
+    EXPECT_EQ(NamesAt("/i2c-0/mux-0/ch0"), Names{"a@50"});
+    EXPECT_EQ(NamesAt("/i2c-0/mux-0/ch1"), Names{"b@50"});
     EXPECT_EQ(Warnings(), Names{});
 }
 
@@ -104,8 +104,8 @@ TEST_F(MountFaults, NameAChannelThatTheChipDoesNotHave) {
         bus.Begin("i2c@3").Cells("reg", {3}).Device("b@50", "atmel,24c02", 0x50).End().End();
         bus.End();
     });
-    EXPECT_EQ(NamesAt("/i2c-0/mux"), (Names{"ch0", "ch1", "ch2", "ch3"}));
-    EXPECT_EQ(NamesAt("/i2c-0/mux/ch3"), Names{"b@50"});
+    EXPECT_EQ(NamesAt("/i2c-0/mux-0"), (Names{"ch0", "ch1", "ch2", "ch3"}));
+    EXPECT_EQ(NamesAt("/i2c-0/mux-0/ch3"), Names{"b@50"});
     EXPECT_EQ(Warning(),
               "left out: /i2c@100/mux@70/i2c@4: property \"reg\" is 0x4, should be a channel "
               "from 0x0 to 0x3\n");

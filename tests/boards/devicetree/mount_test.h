@@ -67,6 +67,6 @@ class CMountTest : public testing::Test {
     std::vector<std::string> Warnings() const { return m_log.Texts(LW_WARN); }
 
     const CTempFolder m_folder;
-    const CLogCapture m_log;
+    CLogCapture m_log;
     std::unique_ptr<CDiagMenu> m_root;
 };

@@ -37,13 +37,13 @@ TEST_F(MountTree, RunsABusAtItsClock) {
     EXPECT_EQ(DescriptionAt("/i2c@1"), "fsl-i2c, simulated, 400000 Hz");
 }
 
-TEST_F(MountTree, ShowsDevicesThatHaveNoDriverYet) {
+TEST_F(MountTree, ShowsEepromsAndDevicesThatHaveNoDriverYet) {
     MountOnBus([](CBlobBuilder& bus) {
         bus.Device("eeprom@50", "atmel,24c64", 0x50).Text("label", "fru").End();
         bus.Device("gpio@20", "nxp,pca9555", 0x20).End();
     });
     EXPECT_EQ(NamesAt("/i2c-0"), (Names{"fru", "gpio@20"}));
-    EXPECT_EQ(DescriptionAt("/i2c-0/fru"), "atmel,24c64 at 0x50: not yet supported");
+    EXPECT_EQ(DescriptionAt("/i2c-0/fru"), "atmel,24c64 at 0x50: 8192 bytes");
     EXPECT_EQ(DescriptionAt("/i2c-0/gpio@20"),
               "nxp,pca9555 at 0x20: not yet supported, not simulated");
     EXPECT_EQ(Warnings(), Names{});
@@ -58,27 +58,29 @@ TEST_F(MountTree, ShowsEveryChannelOfAMultiplexerAndWhatHangsOnIt) {
         bus.Device("eeprom@50", "atmel,24c02", 0x50).End();
         bus.End().End().End().End();
     });
-    EXPECT_EQ(NamesAt("/i2c-0/top"), (Names{"ch0", "ch1", "ch2", "ch3"}));
-    EXPECT_EQ(NamesAt("/i2c-0/top/ch2"), Names{"low"});
-    EXPECT_EQ(NamesAt("/i2c-0/top/ch2/low"), (Names{"ch0", "ch1"}));
-    EXPECT_EQ(NamesAt("/i2c-0/top/ch2/low/ch0"), Names{});
-    EXPECT_EQ(NamesAt("/i2c-0/top/ch2/low/ch1"), Names{"eeprom@50"});
-    EXPECT_EQ(DescriptionAt("/i2c-0/top/ch2"), "channel 2");
+    EXPECT_EQ(NamesAt("/i2c-0/top-0"), (Names{"ch0", "ch1", "ch2", "ch3"}));
+    EXPECT_EQ(NamesAt("/i2c-0/top-0/ch2"), Names{"low-0"});
+    EXPECT_EQ(NamesAt("/i2c-0/top-0/ch2/low-0"), (Names{"ch0", "ch1"}));
+    EXPECT_EQ(NamesAt("/i2c-0/top-0/ch2/low-0/ch0"), Names{});
+    EXPECT_EQ(NamesAt("/i2c-0/top-0/ch2/low-0/ch1"), Names{"eeprom@50"});
+    EXPECT_EQ(DescriptionAt("/i2c-0/top-0/ch2"), "channel 2");
     EXPECT_EQ(Warnings(), Names{});
 }
 
 TEST_F(MountTree, ShowsAModuleOnTheChannelThatItNames) {
     CBlobBuilder builder;
-    // Stands before the bus that it names.
+    // Both stand before the bus that they name.
     builder.Begin("sfp-left").Text("compatible", "sff,sfp").Cells("i2c-bus", {9}).End();
     builder.Begin("sfp-right").Text("compatible", "sff,sfp").Cells("i2c-bus", {8}).End();
+    builder.Begin("i2c@2").Text("compatible", "fsl-i2c").Text("label", "i2c-1");
+    builder.Cells("phandle", {8}).End();
     builder.Begin("i2c@1").Text("compatible", "fsl-i2c").Text("label", "i2c-0");
-    builder.Cells("phandle", {8}).Device("mux@70", "nxp,pca9548", 0x70).Text("label", "mux");
+    builder.Device("mux@70", "nxp,pca9548", 0x70).Text("label", "mux");
     builder.Begin("i2c@7").Cells("reg", {7}).Cells("phandle", {9}).End().End().End();
     Mount(builder);
-    EXPECT_EQ(NamesAt("/i2c-0/mux/ch7"), Names{"sfp-left"});
-    EXPECT_EQ(DescriptionAt("/i2c-0/mux/ch7/sfp-left"), "sff,sfp at 0x50: not yet supported");
-    EXPECT_EQ(NamesAt("/i2c-0"), (Names{"mux", "sfp-right"}));
+    EXPECT_EQ(NamesAt("/i2c-0/mux-0/ch7"), Names{"sfp-left"});
+    EXPECT_EQ(DescriptionAt("/i2c-0/mux-0/ch7/sfp-left"), "sff,sfp at 0x50: 256 bytes, read-only");
+    EXPECT_EQ(NamesAt("/i2c-1"), Names{"sfp-right"});
     EXPECT_EQ(Warnings(), Names{});
 }
 
@@ -99,10 +101,10 @@ TEST_F(MountTree, ShowsUnknownDevicesWithANote) {
         bus.Begin("bare@1b").Cells("reg", {0x1B}).End();
     });
     EXPECT_EQ(NamesAt("/i2c-0"), (Names{"codec@1a", "bare@1b"}));
-    EXPECT_EQ(DescriptionAt("/i2c-0/codec@1a"), "acme,codec at 0x1a: not known");
-    EXPECT_EQ(DescriptionAt("/i2c-0/bare@1b"), "device at 0x1b: not known");
+    EXPECT_EQ(DescriptionAt("/i2c-0/codec@1a"), "acme,codec at 0x1a: no driver, plain slave");
+    EXPECT_EQ(DescriptionAt("/i2c-0/bare@1b"), "device at 0x1b: no driver, plain slave");
     EXPECT_EQ(m_log.Texts(LW_INFO).at(0),
-              "/i2c@100/codec@1a: \"acme,codec\" is not known, mounted as a plain node\n");
+              "/i2c@100/codec@1a: \"acme,codec\" is not known, mounted as a plain slave\n");
     EXPECT_EQ(Warnings(), Names{});
 }
 
@@ -136,7 +138,7 @@ TEST_F(MountTree, ShowsWhatIsDisabledAndGoesNoFurther) {
     EXPECT_EQ(DescriptionAt("/i2c@1"), "fsl-i2c: disabled");
     EXPECT_EQ(NamesAt("/i2c@1"), Names{});
     EXPECT_EQ(DescriptionAt("/i2c@2/a@50"), "atmel,24c02 at 0x50: disabled");
-    EXPECT_EQ(DescriptionAt("/i2c@2/b@50"), "atmel,24c64 at 0x50: not yet supported");
+    EXPECT_EQ(DescriptionAt("/i2c@2/b@50"), "atmel,24c64 at 0x50: 8192 bytes");
     EXPECT_EQ(Warnings(), Names{});
 }
 
@@ -185,5 +187,5 @@ TEST_F(MountTree, ShowsTheContentsOfEveryMemoryBelowTheSimulation) {
             arrays.emplace_back(child->GetName());
         }
     }
-    EXPECT_EQ(arrays, (Names{"i2c-0.fru", "i2c-0.mux.ch3.fru"}));
+    EXPECT_EQ(arrays, (Names{"i2c-0.fru", "i2c-0.mux-0.ch3.fru"}));
 }

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "boards/devicetree/device_tree.h"
 #include "tests/boards/devicetree/blob_builder.h"
 
@@ -45,9 +43,17 @@ TEST(TypeableName, HasABound) {
     EXPECT_EQ(TypeableName(std::string(5000, 'x')).size(), 64U);
 }
 
-TEST(UniqueName, CountsFromTwo) {
-    const std::set<std::string> names = {"spd", "spd-2", "spd-4"};
-    const auto taken = [&names](const std::string& name) { return names.count(name) != 0; };
-    EXPECT_EQ(UniqueName("spd", taken), "spd-3");
-    EXPECT_EQ(UniqueName("fru", taken), "fru");
+TEST(SplitNumber, TakesTheNumberOffTheEnd) {
+    EXPECT_EQ(SplitNumber("pca9547-0").base, "pca9547");
+    EXPECT_EQ(SplitNumber("pca9547-0").number, 0U);
+    EXPECT_EQ(SplitNumber("slot-2-mux-17").base, "slot-2-mux");
+    EXPECT_EQ(SplitNumber("slot-2-mux-17").number, 17U);
+}
+
+TEST(SplitNumber, LeavesANameWithoutANumberWhole) {
+    for (const std::string name : {"mux", "mux-", "-3", "mux-a", "mux-3a", "mux-07", "mux-+1",
+                                   "mux-4294967295", "mux-99999999999"}) {
+        EXPECT_EQ(SplitNumber(name).base, name);
+        EXPECT_EQ(SplitNumber(name).number, 0U);
+    }
 }

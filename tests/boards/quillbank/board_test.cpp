@@ -60,19 +60,24 @@ TEST_F(Quillbank, HasItsDevicesWhereTheyHang) {
     const std::string dimm = top + "/ch1/pca9548-0";
     const std::string cages = "/i2c-1/pca9548-1";
     const std::string fast = cages + "/ch1/pca9547-1";
-    Names want = {"/i2c-0", "/i2c-0/temp-cpu", "/i2c-0/mfg-eeprom"};
+    const auto eeprom = [](const std::string& path) { return Names{path, path + "/memory"}; };
+    Names want = {"/i2c-0", "/i2c-0/temp-cpu", "/i2c-0/mfg-eeprom", "/i2c-0/mfg-eeprom/memory"};
     const auto add = [&want](const Names& paths) {
         want.insert(want.end(), paths.begin(), paths.end());
     };
-    add(WithChannels(
-        top, 8,
-        {{0, {top + "/ch0/spd-0", top + "/ch0/spd-1"}},
-         {1, WithChannels(dimm, 8,
-                          {{2, {dimm + "/ch2/param-eeprom"}}, {5, {dimm + "/ch5/temp-dimm"}}})}}));
+    Names spds = eeprom(top + "/ch0/spd-0");
+    for (const std::string& path : eeprom(top + "/ch0/spd-1")) {
+        spds.push_back(path);
+    }
+    add(WithChannels(top, 8,
+                     {{0, spds},
+                      {1, WithChannels(dimm, 8,
+                                       {{2, eeprom(dimm + "/ch2/param-eeprom")},
+                                        {5, {dimm + "/ch5/temp-dimm"}}})}}));
     add({"/i2c-1", "/i2c-1/gpio-cages", "/i2c-1/temp-cages"});
     add(WithChannels(cages, 8,
-                     {{0, {cages + "/ch0/sfp-1g"}},
-                      {1, WithChannels(fast, 8, {{3, {fast + "/ch3/sfp-10g"}}})}}));
+                     {{0, eeprom(cages + "/ch0/sfp-1g")},
+                      {1, WithChannels(fast, 8, {{3, eeprom(fast + "/ch3/sfp-10g")}})}}));
     add({"/mdio-0", "/mdio-0/phy-mgmt", "/mdio-0/phy-aux", "/mdio-1", "/mdio-1/phy-10g"});
     add({"/sim", "/sim/i2c-0.mfg-eeprom", "/sim/i2c-0.pca9547-0.ch0.spd-0",
          "/sim/i2c-0.pca9547-0.ch0.spd-1", "/sim/i2c-0.pca9547-0.ch1.pca9548-0.ch2.param-eeprom",

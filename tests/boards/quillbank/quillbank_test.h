@@ -33,6 +33,6 @@ class CQuillbankTest : public testing::Test {
     }
 
     const CTempFolder m_folder;
-    const CLogCapture m_log;
+    CLogCapture m_log;
     std::unique_ptr<CDiagMenu> m_root;
 };

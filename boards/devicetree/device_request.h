@@ -1,0 +1,31 @@
+// A device of the description on its way into the tree.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "boards/devicetree/device_tree_node.h"
+#include "boards/devicetree/eeprom_part.h"
+#include "boards/devicetree/i2c_wire.h"
+#include "boards/devicetree/sibling_names.h"
+
+struct CDeviceRequest {
+    // Reads the node's label: throws CDiagException when that is no text.
+    CDeviceRequest(const CDeviceTreeNode& of_node, std::string compatible_text,
+                   std::optional<uint32_t> bus_addr, CSiblingNames& sibling_names);
+
+    // The name of the one node that will stand for the device.
+    std::string TakeName() const { return names.TakeUnique(wanted); }
+    // "COMPATIBLE at 0xADDR", as far as there is either.
+    std::string Text() const;
+
+    const CDeviceTreeNode& node;
+    const std::string compatible;        // the one that was matched, else the first; may be empty
+    const std::optional<uint32_t> addr;  // on its bus
+    const std::string wanted;            // the name that it asks for
+    CSiblingNames& names;                // those that are taken where it will stand
+    const CI2cWire* wire = nullptr;      // what a device on I2C hangs on
+    const eeprom_part_t* eeprom = nullptr;  // what an EEPROM is
+    bool simulated = false;                 // whether a chip on the wire stands for it
+};

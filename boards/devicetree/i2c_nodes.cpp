@@ -1,0 +1,93 @@
+#include "boards/devicetree/i2c_nodes.h"
+
+#include <algorithm>
+#include <string>
+
+#include "boards/chips/board_eeprom.h"
+#include "boards/chips/board_slave.h"
+#include "boards/chips/mux_chip.h"
+#include "boards/devicetree/node_name.h"
+#include "boards/devicetree/part_name.h"
+#include "boards/devicetree/plain_node.h"
+#include "boards/devicetree/printable_text.h"
+#include "framework/diag_exception.h"
+
+namespace {
+
+// The library counts the bytes of a transfer in eight bits, and takes a power
+// of two.
+constexpr uint16_t LARGEST_TRANSFER = 128;
+
+uint8_t AddrOf(const CDeviceRequest& request) {
+    return static_cast<uint8_t>(request.addr.value());
+}
+
+std::unique_ptr<CDiagMenu> CreateSlave(const CDeviceRequest& request, const char* note) {
+    return std::make_unique<CBoardSlave>(request.TakeName(), request.Text() + ": " + note,
+                                         request.wire->Place(AddrOf(request)));
+}
+
+std::string SizeText(const eeprom_part_t& part, uint32_t size) {
+    return std::to_string(size) + " bytes" + (part.read_only ? ", read-only" : "");
+}
+
+// The device behind one slave address, or behind all of them.
+std::unique_ptr<CDiagMenu> CreateEeprom(const CDeviceRequest& request, const std::string& name,
+                                        const std::string& description, uint8_t addr,
+                                        uint32_t size) {
+    const eeprom_part_t& part = *request.eeprom;
+    const auto transfer = static_cast<uint8_t>(std::min(part.page, LARGEST_TRANSFER));
+    const i2c_eeprom_attr_t attr = {.mem_size = size,
+                                    .mem_addr_size = part.addr_bytes,
+                                    .addrh_first = true,
+                                    .xfer_unit = 1,
+                                    .wr_pg_size = transfer,
+                                    .xfer_size = transfer,
+                                    .rd_wr = 0};
+    return std::make_unique<CBoardEeprom>(name, description, request.wire->Place(addr), attr,
+                                          part.read_only);
+}
+
+}  // namespace
+
+std::unique_ptr<CDiagMenu> CreateMuxNode(const CDeviceRequest& request) {
+    const mux_part_t* part = FindMuxPart(PartName(request.compatible));
+    if (part == nullptr) {
+        throw CDiagException("%s: there is no multiplexer \"%s\"", request.node.Path().c_str(),
+                             PrintableText(request.compatible).c_str());
+    }
+    const CNumberedName wanted = SplitNumber(request.wanted);
+    const uint32_t number = request.names.TakeNumbered(wanted.base, wanted.number);
+    return std::make_unique<CMuxChip>(*part, wanted.base, request.Text() + ": multiplexer", number,
+                                      AddrOf(request), request.wire->Channel());
+}
+
+std::unique_ptr<CDiagMenu> CreateEepromNode(const CDeviceRequest& request) {
+    const eeprom_part_t& part = *request.eeprom;
+    const std::string text = request.Text() + ": " + SizeText(part, part.size);
+    const uint8_t addr = AddrOf(request);
+    if (part.Devices() == 1) {
+        return CreateEeprom(request, request.TakeName(), text, addr, part.size);
+    }
+    auto menu = std::make_unique<CDiagMenu>(TMENU, request.TakeName(), text);
+    const uint32_t size = part.size / part.Devices();
+    for (unsigned int block = 0; block < part.Devices(); ++block) {
+        const auto block_addr = static_cast<uint8_t>(addr + block);
+        const std::string block_text = "block " + std::to_string(block) + " at " +
+                                       toString(block_addr, VF_HEX) + ": " + SizeText(part, size);
+        menu->AddChild(
+            CreateEeprom(request, "block" + std::to_string(block), block_text, block_addr, size)
+                .release(),
+            CDiagObj::NO_SORT);
+    }
+    return menu;
+}
+
+std::unique_ptr<CDiagMenu> CreateUnsupportedSlave(const CDeviceRequest& request) {
+    return CreateSlave(request, UnsupportedNote(request));
+}
+
+std::unique_ptr<CDiagMenu> CreateUnknownSlave(const CDeviceRequest& request) {
+    TellUnknown(request, "a plain slave");
+    return CreateSlave(request, "no driver, plain slave");
+}

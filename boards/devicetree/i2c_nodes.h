@@ -1,0 +1,20 @@
+// Creators of the tree nodes of devices on I2C. The request names a wire and an
+// address; all return a device that is ready for its first transfer once it
+// hangs in the tree.
+#pragma once
+
+#include <memory>
+
+#include "boards/devicetree/device_request.h"
+#include "framework/diag_menu.h"
+
+// A CMuxChip, named by its number: the label's own, or the first free one.
+std::unique_ptr<CDiagMenu> CreateMuxNode(const CDeviceRequest& request);
+
+// A CBoardEeprom. A part that is more than one device to the library is a menu
+// with a device for each slave address, "block0", "block1", ...
+std::unique_ptr<CDiagMenu> CreateEepromNode(const CDeviceRequest& request);
+
+// A CBoardSlave, for chips that are known but not driven, and for the others.
+std::unique_ptr<CDiagMenu> CreateUnsupportedSlave(const CDeviceRequest& request);
+std::unique_ptr<CDiagMenu> CreateUnknownSlave(const CDeviceRequest& request);

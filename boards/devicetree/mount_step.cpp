@@ -1,0 +1,20 @@
+#include "boards/devicetree/mount_step.h"
+
+#include <optional>
+#include <string>
+
+#include "boards/devicetree/property_reader.h"
+
+bool IsDisabled(const CDeviceTreeNode& node) {
+    const std::optional<std::string> status = ReadString(node, "status");
+    return status && *status != "okay" && *status != "ok";
+}
+
+uint32_t RequireReg(const CDeviceTreeNode& node, uint32_t first, uint32_t last, const char* what) {
+    const uint32_t reg = RequireU32(node, "reg");
+    if (reg < first || reg > last) {
+        throw CDiagException("%s: property \"reg\" is 0x%x, should be %s from 0x%x to 0x%x",
+                             node.Path().c_str(), reg, what, first, last);
+    }
+    return reg;
+}
