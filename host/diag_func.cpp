@@ -5,6 +5,7 @@
 #include "framework/diag_log_word.h"
 #include "host/device_lock.h"
 #include "host/exception_text.h"
+#include "host/run_stop.h"
 
 CDiagFunc::CDiagFunc(const std::string& name, const std::string& description, unsigned int flags)
     : CDiagMenu(TFUNC, name, description), m_flags(flags) {}
@@ -16,12 +17,16 @@ void CDiagFunc::HandleMsg(CInMsg& in, COutMsg& out) {
         CDiagMenu::HandleMsg(in, out);
         return;
     }
-    std::unique_ptr<CDeviceHold> hold;
-    const CDiagDevice* device = GetParentDevice();
-    if ((m_flags & HOLDS_DEVICE) != 0 && device != nullptr) {
-        hold = CDeviceHold::Acquire({{device, DEV_LOCK_PROTECT}}, [] { return false; });
-    }
     try {
+        std::unique_ptr<CDeviceHold> hold;
+        const CDiagDevice* device = GetParentDevice();
+        if ((m_flags & HOLDS_DEVICE) != 0 && device != nullptr) {
+            hold = CDeviceHold::Acquire({{device, DEV_LOCK_PROTECT}}, CRunStop::IsRequestedHere);
+            if (hold == nullptr) {
+                out << static_cast<uint8_t>(MSG_ERR_ABORTED);
+                return;
+            }
+        }
         Invoke(in, out);
     } catch (...) {
         SendLog(LW_ERR_SW, "%s", CurrentExceptionText().c_str());

@@ -69,7 +69,7 @@ int RunInput(const COptions& options, std::FILE* script, CShell& shell, CInterru
         // The transcript may go elsewhere, as in "diagsh | tee session.log".
         const std::unique_ptr<ILineReader> lines =
             ::isatty(STDOUT_FILENO) != 0
-                ? MakeTerminalReader(interrupt)
+                ? MakeTerminalReader(interrupt, shell.Terminal())
                 : std::make_unique<CStreamReader>(stdin, &shell.Terminal());
         return RunTerminal(shell, interrupt, *lines);
     }

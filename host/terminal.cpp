@@ -1,102 +1,16 @@
 #include "host/terminal.h"
 
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <cerrno>
-#include <list>
-#include <mutex>
-#include <string>
-#include <thread>
+#include <cstdlib>
+#include <cstring>
 #include <vector>
 
-// The line that is open, and what waits behind it.
-class CTerminal::CLines {
-  public:
-    explicit CLines(std::FILE* out) : m_out(out) {}
+#include "host/terminal_lines.h"
 
-    void Write(std::string_view text) {
-        const std::thread::id self = std::this_thread::get_id();
-        const std::lock_guard<std::mutex> guard(m_lock);
-        if (m_owner == std::thread::id() || m_owner == self) {
-            Put(self, text);
-            PutWaiting();
-            Flush();
-            return;
-        }
-        const auto mine = WaitingOf(self);
-        if (mine == m_waiting.end()) {
-            m_waiting.push_back({self, std::string(text)});
-        } else {
-            mine->text += text;
-        }
-    }
-
-    void EndLine() {
-        const std::thread::id self = std::this_thread::get_id();
-        const std::lock_guard<std::mutex> guard(m_lock);
-        if (m_owner == self) {
-            EndOpenLine();
-            return;
-        }
-        const auto mine = WaitingOf(self);
-        if (mine != m_waiting.end() && mine->text.back() != '\n') {
-            mine->text += '\n';
-        }
-    }
-
-    // Writes what still waits, each open line ended for its thread.
-    void Finish() {
-        const std::lock_guard<std::mutex> guard(m_lock);
-        while (!m_waiting.empty()) {
-            EndOpenLine();
-        }
-    }
-
-    int Error() const { return m_error; }
-
-  private:
-    // What a thread wrote while the open line was another's.
-    struct CWaiting {
-        std::thread::id thread;
-        std::string text;
-    };
-
-    std::list<CWaiting>::iterator WaitingOf(std::thread::id thread) {
-        return std::find_if(m_waiting.begin(), m_waiting.end(),
-                            [thread](const CWaiting& w) { return w.thread == thread; });
-    }
-
-    void Put(std::thread::id thread, std::string_view text) {
-        std::fwrite(text.data(), 1, text.size(), m_out);
-        m_owner = text.back() == '\n' ? std::thread::id() : thread;
-    }
-
-    void PutWaiting() {
-        while (m_owner == std::thread::id() && !m_waiting.empty()) {
-            const CWaiting next = std::move(m_waiting.front());
-            m_waiting.pop_front();
-            Put(next.thread, next.text);
-        }
-    }
-
-    void EndOpenLine() {
-        Put(m_owner, "\n");
-        PutWaiting();
-        Flush();
-    }
-
-    // What cannot be written is lost; the first reason is kept.
-    void Flush() {
-        if (std::fflush(m_out) != 0 && m_error == 0) {
-            m_error = errno;
-        }
-    }
-
-    std::FILE* const m_out;
-    std::mutex m_lock;
-    std::thread::id m_owner;  // of the open line, none at the start of a line
-    std::list<CWaiting> m_waiting;
-    std::atomic<int> m_error{0};
-};
+namespace {
 
 // Ends the lines of a thread when it ends.
 class CThreadEnd {
@@ -112,7 +26,7 @@ class CThreadEnd {
     CThreadEnd(const CThreadEnd&) = delete;
     CThreadEnd& operator=(const CThreadEnd&) = delete;
 
-    void Remember(const std::shared_ptr<CTerminal::CLines>& lines) {
+    void Remember(const std::shared_ptr<CTerminalLines>& lines) {
         const bool known = std::any_of(m_written.begin(), m_written.end(), [&](const auto& other) {
             return !other.owner_before(lines) && !lines.owner_before(other);
         });
@@ -122,10 +36,13 @@ class CThreadEnd {
     }
 
   private:
-    std::vector<std::weak_ptr<CTerminal::CLines>> m_written;
+    std::vector<std::weak_ptr<CTerminalLines>> m_written;
 };
 
-CTerminal::CTerminal(std::FILE* out) : m_lines(std::make_shared<CLines>(out)) {}
+}  // namespace
+
+CTerminal::CTerminal(std::FILE* out, std::FILE* errors)
+    : m_lines(std::make_shared<CTerminalLines>(out, errors)), m_out(out) {}
 
 CTerminal::~CTerminal() {
     m_lines->Finish();
@@ -140,10 +57,62 @@ void CTerminal::Write(std::string_view text) {
     m_lines->Write(text);
 }
 
+void CTerminal::WriteUnlessOpen(std::string_view lines) {
+    m_lines->WriteUnlessOpen(lines);
+}
+
+void CTerminal::WriteError(std::string_view lines) {
+    m_lines->WriteError(lines);
+}
+
 void CTerminal::EndLine() {
     m_lines->EndLine();
 }
 
 int CTerminal::Error() const {
     return m_lines->Error();
+}
+
+unsigned int CTerminal::Columns() const {
+    const char* type = std::getenv("TERM");
+    struct winsize size {};
+    if (type == nullptr || std::strcmp(type, "dumb") == 0 || ::isatty(::fileno(m_out)) == 0 ||
+        ::ioctl(::fileno(m_out), TIOCGWINSZ, &size) != 0) {
+        return 0;
+    }
+    // Serial lines know no size.
+    constexpr unsigned int USUAL_COLUMNS = 80;
+    return size.ws_col != 0 ? size.ws_col : USUAL_COLUMNS;
+}
+
+void CTerminal::SetFooter(const std::string& footer) {
+    m_lines->SetFooter(footer);
+}
+
+CTerminal::CPrefix::CPrefix(CTerminal& terminal, const std::string& prefix) : m_terminal(terminal) {
+    m_terminal.m_lines->SetPrefix(prefix);
+}
+
+CTerminal::CPrefix::~CPrefix() {
+    m_terminal.m_lines->ClearPrefix();
+}
+
+void CTerminal::BeginPrompt(const std::string& prompt) {
+    m_lines->BeginPrompt(prompt);
+}
+
+void CTerminal::EndPrompt() {
+    m_lines->EndPrompt();
+}
+
+void CTerminal::LendScreen(const std::function<void()>& on_text) {
+    m_lines->Lend(on_text);
+}
+
+void CTerminal::WriteWaiting(const std::function<void()>& make_room) {
+    m_lines->WriteWaiting(make_room);
+}
+
+void CTerminal::TakeScreenBack(bool at_line_start) {
+    m_lines->TakeBack(at_line_start);
 }

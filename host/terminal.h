@@ -7,31 +7,71 @@
 #include <array>
 #include <atomic>
 #include <cstdio>
+#include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "host/diag_log.h"
 
+class CTerminalLines;
+
 class CTerminal {
   public:
-    explicit CTerminal(std::FILE* out);
+    // Errors go to `errors`, between the lines of the transcript.
+    explicit CTerminal(std::FILE* out, std::FILE* errors = stderr);
     ~CTerminal();
     CTerminal(const CTerminal&) = delete;
     CTerminal& operator=(const CTerminal&) = delete;
 
     // Writes text as it stands, with or without newlines in it.
     void Write(std::string_view text);
+    // Writes whole lines, unless another thread's line is open: those that are
+    // soon out of date anyway.
+    void WriteUnlessOpen(std::string_view lines);
+    // Ends the line that this thread left open, if it did, and writes whole
+    // lines to the errors.
+    void WriteError(std::string_view lines);
     // Ends the line that this thread left open, if it did.
     void EndLine();
     // Why output got lost, an operating-system error number; 0 if none was.
     int Error() const;
 
-  private:
-    class CLines;
-    // Threads that wrote here end their lines in it, if it still exists then.
-    const std::shared_ptr<CLines> m_lines;
+    // Columns of the screen; 0 when the output is none or cannot move its cursor.
+    unsigned int Columns() const;
+    // Shows a text of one row below all lines until it is replaced; empty removes it.
+    void SetFooter(const std::string& footer);
 
-    friend class CThreadEnd;
+    // Puts `prefix` before every line of this thread, which from then on writes
+    // whole lines only, so that it keeps nobody else from writing.
+    class CPrefix {
+      public:
+        CPrefix(CTerminal& terminal, const std::string& prefix);
+        ~CPrefix();
+        CPrefix(const CPrefix&) = delete;
+        CPrefix& operator=(const CPrefix&) = delete;
+
+      private:
+        CTerminal& m_terminal;
+    };
+
+    // Writes a prompt; lines of other threads appear above it, and it once more.
+    void BeginPrompt(const std::string& prompt);
+    // The line that was read behind the prompt ends or replaces it.
+    void EndPrompt();
+
+    // Leaves the screen to a line editor: text waits, and `on_text` is called
+    // when some does.
+    void LendScreen(const std::function<void()>& on_text);
+    // Writes the lines that wait, if there are any, once the editor made room for them.
+    void WriteWaiting(const std::function<void()>& make_room);
+    // Ends the loan. The editor left the cursor at the start of a line, or in one.
+    void TakeScreenBack(bool at_line_start);
+
+  private:
+    // Threads that wrote here end their lines in it, if it still exists then.
+    const std::shared_ptr<CTerminalLines> m_lines;
+    std::FILE* const m_out;
 };
 
 // Sends the log to a terminal: print text as it stands, everything else as

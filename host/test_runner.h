@@ -2,11 +2,14 @@
 // which have the same operations but no common class that declares them.
 #pragma once
 
+#include <mutex>
+
 #include "framework/diag_device.h"
 #include "framework/diag_log_word.h"
 #include "framework/diag_test_base.h"
 #include "host/device_lock.h"
 #include "host/exception_text.h"
+#include "host/run_stop.h"
 
 class CTestRunner {
   public:
@@ -16,19 +19,15 @@ class CTestRunner {
         switch (in.GetType()) {
             case MSG_CALL:
             case MSG_START:
-                if (test.m_running.exchange(true)) {
+                if (!Begin(test)) {
                     out << static_cast<uint8_t>(MSG_ERR_ISRUN);
                     return;
                 }
                 RunGuarded(test, in, out);
+                End(test);
                 break;
             case MSG_STOP:
-                if (!test.m_running) {
-                    out << static_cast<uint8_t>(MSG_ERR_NOTRUN);
-                    return;
-                }
-                test.RequestStop(true);
-                out << static_cast<uint8_t>(MSG_SUCCESS);
+                out << static_cast<uint8_t>(Stop(test) ? MSG_SUCCESS : MSG_ERR_NOTRUN);
                 break;
             default:
                 test.CDiagMenu::HandleMsg(in, out);
@@ -78,6 +77,43 @@ class CTestRunner {
     }
 
   private:
+    // Held where "runs" and "shall stop" change together, so that a stop always
+    // meets the run it was meant for. One for all tests: it is held for moments,
+    // and again by a test that hands its stop on to others.
+    static std::recursive_mutex& StateLock() {
+        static std::recursive_mutex lock;
+        return lock;
+    }
+
+    template <class Test>
+    static bool Begin(Test& test) {
+        const std::lock_guard<std::recursive_mutex> guard(StateLock());
+        if (test.m_running) {
+            return false;
+        }
+        test.m_running = true;
+        if (CRunStop::IsRequestedHere()) {
+            test.RequestStop(true);
+        }
+        return true;
+    }
+
+    static void End(CDiagTestBase& test) {
+        const std::lock_guard<std::recursive_mutex> guard(StateLock());
+        test.m_stop_requested = false;
+        test.m_running = false;
+    }
+
+    template <class Test>
+    static bool Stop(Test& test) {
+        const std::lock_guard<std::recursive_mutex> guard(StateLock());
+        if (!test.m_running) {
+            return false;
+        }
+        test.RequestStop(true);
+        return true;
+    }
+
     // A test may bring a Run of its own; whatever it throws, the test has ended.
     template <class Test>
     static void RunGuarded(Test& test, CInMsg& in, COutMsg& out) {
@@ -87,9 +123,6 @@ class CTestRunner {
             out.Clear();
             out << static_cast<uint8_t>(MSG_ERR_FAIL);
         }
-        // Not at the start: a stop that came in already would be lost.
-        test.m_stop_requested = false;
-        test.m_running = false;
     }
 
     static void TellDevice(const CDiagTestBase& test, ETestStatus status) {

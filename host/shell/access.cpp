@@ -1,8 +1,11 @@
 #include "host/shell/access.h"
 
+#include <memory>
+
 #include "framework/diag_exception.h"
 #include "framework/diag_functions.h"
 #include "host/diag_tree.h"
+#include "host/shell/device_use.h"
 #include "host/shell/node_kind.h"
 #include "host/shell/request.h"
 #include "host/shell/shell.h"
@@ -116,6 +119,15 @@ class CRowPrinter {
     bool m_begun = false;
 };
 
+// Elements of an array are moved to and from its device, if it has one; values
+// keep what they show.
+std::unique_ptr<CDeviceUse> UseDeviceOf(CShell& shell, const CDiagMenu& array, const char* verb) {
+    const CDiagDevice* device = array.GetParentDevice();
+    return device == nullptr ? nullptr
+                             : std::make_unique<CDeviceUse>(shell, *device, DEV_LOCK_PROTECT,
+                                                            verb + (" " + PathOf(array)));
+}
+
 EExitStatus PeekValue(CShell& shell, const CTarget& target) {
     CReply reply(target.Node(), COutMsg(MSG_PEEKV, target.Node().GetId()));
     if (reply.Code() != MSG_SUCCESS) {
@@ -128,6 +140,10 @@ EExitStatus PeekValue(CShell& shell, const CTarget& target) {
 }
 
 EExitStatus PeekArray(CShell& shell, const CTarget& target, const CRange& range) {
+    const auto use = UseDeviceOf(shell, target.Node(), "peek");
+    if (use != nullptr && !use->IsHeld()) {
+        return EXIT_ABORTED;
+    }
     CRowPrinter rows(shell, target);
     uint64_t first = range.first;
     while (!shell.IsInterrupted()) {
@@ -185,9 +201,14 @@ EExitStatus Poke(CShell& shell, const std::vector<std::string>& arguments) {
         throw CUsageError(PathOf(target.Node()) + ": value: too long, " +
                           std::to_string(CDiagMsg::PAYLOAD_SIZE) + " bytes at the most");
     }
+    std::unique_ptr<CDeviceUse> use;
     if (target.IsArray()) {
         const CRange range = ParseRange(target, arguments[1]);
         request << range.first << range.last;
+        use = UseDeviceOf(shell, target.Node(), "poke");
+        if (use != nullptr && !use->IsHeld()) {
+            return EXIT_ABORTED;
+        }
     }
     CReply reply(target.Node(), request);
     if (reply.Code() != MSG_SUCCESS) {

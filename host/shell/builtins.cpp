@@ -5,14 +5,19 @@
 #include "host/diag_tree.h"
 #include "host/shell/access.h"
 #include "host/shell/help.h"
+#include "host/shell/job_commands.h"
 #include "host/shell/listing.h"
 #include "host/shell/node_kind.h"
+#include "host/shell/raw_export.h"
+#include "host/shell/raw_import.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"
 
 namespace {
 
 using CArguments = std::vector<std::string>;
+
+constexpr size_t ANY_NUMBER = static_cast<size_t>(-1);
 
 EExitStatus ChangeNode(CShell& shell, const CArguments& arguments) {
     CDiagObj& node = shell.NodeAt(arguments.empty() ? "/" : arguments.front());
@@ -62,6 +67,19 @@ const std::vector<CBuiltin>& Builtins() {
          "Read a value, or elements of an array; without a position all of them.", 1, 2, Peek},
         {"poke", "NODE [POSITION|FIRST..LAST] VALUE",
          "Write a value, or the same value to elements of an array.", 2, 3, Poke},
+        {"export", "NODE FILE [--force]",
+         "Write the contents of a memory device to a file; --force replaces the file.", 2, 3,
+         Export},
+        {"import", "NODE FILE [OFFSET] [--yes]",
+         "Write a file into a memory device; shows what would change and asks, but for --yes.", 2,
+         4, Import},
+        {"jobs", "", "List the background jobs; NODE [ARGUMENT...] & starts one.", 0, 0, ListJobs},
+        {"wait", "[JOB...]",
+         "Wait for background jobs, without JOB for all; ends as the worst of them did.", 0,
+         ANY_NUMBER, WaitForJobs},
+        {"stop", "[JOB|NODE...]",
+         "Stop background jobs: one, those at or below a node, or without arguments all.", 0,
+         ANY_NUMBER, StopJobs},
         {"quit", "", "Leave the shell; so does the end of input.", 0, 0, Quit},
     };
     return builtins;

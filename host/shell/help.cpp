@@ -41,7 +41,9 @@ std::string HelpOnShell() {
     std::string text =
         "NODE [ARGUMENT...] runs a command or a test; NODE is a path, absolute (/i2c-0/probe) or\n"
         "relative to the node in the prompt. Numbers are decimal or 0x hexadecimal; 'text' and\n"
-        "\"text\" may hold blanks. A # starts a comment. The shell's own commands:\n\n";
+        "\"text\" may hold blanks. A # starts a comment; a & at the end of the line runs it in "
+        "the\n"
+        "background. The shell's own commands:\n\n";
     for (const CBuiltin& builtin : Builtins()) {
         text += "  " + std::string(builtin.name) + " " + builtin.synopsis + "\n      " +
                 builtin.help + "\n";

@@ -10,9 +10,8 @@
 #include <csignal>
 #include <system_error>
 
-#include "framework/diag_log_word.h"
-#include "framework/diag_menu.h"
-#include "host/exception_text.h"
+#include "host/shell/quiet_thread.h"
+#include "host/shell/request.h"
 
 namespace {
 
@@ -49,14 +48,7 @@ CInterrupt::CInterrupt() {
         throw std::system_error(errno, std::generic_category(), "eventfd");
     }
     Clear();
-    // The watcher must not take signals from the thread that reads the keyboard:
-    // its waiting has to end, for a window that was resized too.
-    sigset_t set;
-    ::sigfillset(&set);
-    sigset_t before;
-    ::pthread_sigmask(SIG_BLOCK, &set, &before);
-    m_watcher = std::thread([this] { Watch(); });
-    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    m_watcher = StartQuietThread([this] { Watch(); });
 
     struct sigaction action {};
     action.sa_handler = OnInterrupt;
@@ -86,25 +78,27 @@ int CInterrupt::Descriptor() const {
     return g_pending_event;
 }
 
-void CInterrupt::SetForeground(CDiagMenu* node) {
+void CInterrupt::SetForeground(std::function<void()> stop) {
     const std::lock_guard<std::mutex> guard(m_lock);
-    m_foreground = node;
+    m_foreground = std::move(stop);
 }
 
 void CInterrupt::Watch() {
     char what = FINISHED;
     while (::read(g_pipe[0], &what, 1) == 1 && what != FINISHED) {
         const std::lock_guard<std::mutex> guard(m_lock);
-        if (m_foreground != nullptr) {
-            // Only a test understands it; a command's refusal is of no interest.
-            COutMsg stop(MSG_STOP, m_foreground->GetId());
-            CInMsg in(stop);
-            COutMsg answer;
-            try {
-                m_foreground->HandleMsg(in, answer);
-            } catch (...) {
-                m_foreground->SendLog(LW_ERR_SW, "%s", CurrentExceptionText().c_str());
-            }
+        if (m_foreground) {
+            m_foreground();
         }
     }
+}
+
+CForeground::CForeground(CInterrupt& interrupt, std::function<void()> stop)
+    : m_interrupt(interrupt) {
+    m_interrupt.SetForeground(std::move(stop));
+}
+
+// Only a test understands the message; a command's refusal is of no interest.
+CForeground::~CForeground() {
+    m_interrupt.SetForeground(nullptr);
 }

@@ -1,10 +1,9 @@
-// Ctrl-C: asks the test in the foreground to stop and ends the script that runs it.
+// Ctrl-C: asks what is in the foreground to stop and ends the script that runs it.
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <thread>
-
-class CDiagMenu;
 
 class CInterrupt {
   public:
@@ -14,8 +13,8 @@ class CInterrupt {
     CInterrupt(const CInterrupt&) = delete;
     CInterrupt& operator=(const CInterrupt&) = delete;
 
-    // The node that runs now and is asked to stop; null for none.
-    void SetForeground(CDiagMenu* node);
+    // Asks what runs now to stop, from a thread of its own; null for nothing.
+    void SetForeground(std::function<void()> stop);
     // Whether Ctrl-C came since the last Clear.
     bool IsPending() const;
     void Clear();
@@ -27,17 +26,15 @@ class CInterrupt {
     void Watch();
 
     std::mutex m_lock;
-    CDiagMenu* m_foreground = nullptr;
+    std::function<void()> m_foreground;
     std::thread m_watcher;
 };
 
-// Tells the interrupt which node runs, for a scope.
+// Tells the interrupt what runs, for a scope.
 class CForeground {
   public:
-    CForeground(CInterrupt& interrupt, CDiagMenu& node) : m_interrupt(interrupt) {
-        m_interrupt.SetForeground(&node);
-    }
-    ~CForeground() { m_interrupt.SetForeground(nullptr); }
+    CForeground(CInterrupt& interrupt, std::function<void()> stop);
+    ~CForeground();
     CForeground(const CForeground&) = delete;
     CForeground& operator=(const CForeground&) = delete;
 

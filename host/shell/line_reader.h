@@ -36,6 +36,7 @@ class CStreamReader : public ILineReader {
     ELine Read(const std::string& prompt, std::string& line) override;
 
   private:
+    ELine ReadLine(std::string& line);
     void SkipByteOrderMark();
 
     std::FILE* const m_in;
@@ -43,5 +44,6 @@ class CStreamReader : public ILineReader {
     bool m_begun = false;
 };
 
-// Lines typed at a terminal, with editing and the history of this run.
-std::unique_ptr<ILineReader> MakeTerminalReader(const CInterrupt& interrupt);
+// Lines typed at a terminal, with editing and the history of this run. What is
+// written meanwhile appears above the line.
+std::unique_ptr<ILineReader> MakeTerminalReader(const CInterrupt& interrupt, CTerminal& terminal);

@@ -1,6 +1,8 @@
 #include "host/shell/request.h"
 
 #include "framework/diag_functions.h"
+#include "framework/diag_log_word.h"
+#include "host/exception_text.h"
 
 namespace {
 
@@ -26,8 +28,17 @@ CReply::CReply(const COutMsg& answer) : m_fields(answer) {
     }
 }
 
-EExitStatus CReply::Status() const {
-    switch (m_code) {
+EResCode AskToStop(CDiagMenu& node) {
+    try {
+        return CReply(node, COutMsg(MSG_STOP, node.GetId())).Code();
+    } catch (...) {
+        node.SendLog(LW_ERR_SW, "%s", CurrentExceptionText().c_str());
+        return MSG_ERR_FAIL;
+    }
+}
+
+EExitStatus StatusOf(EResCode code) {
+    switch (code) {
         case MSG_SUCCESS:
         case MSG_SKIPPED:
             return EXIT_PASSED;

@@ -36,19 +36,15 @@ EExitStatus StatusAfter(EExitStatus status, const CShell& shell, const CInterrup
     return status;
 }
 
-}  // namespace
-
-EExitStatus RunCommands(CShell& shell, CInterrupt& interrupt,
-                        const std::vector<std::string>& commands) {
-    EExitStatus status = EXIT_PASSED;
-    for (size_t i = 0; i < commands.size() && status == EXIT_PASSED && !shell.HasQuit(); ++i) {
-        status = StatusAfter(shell.Execute(commands[i]), shell, interrupt, "");
-    }
-    return status;
+// Ends what still runs in the background. A run that passed so far ends with
+// what became of that.
+EExitStatus Leave(CShell& shell, EExitStatus status) {
+    const EExitStatus jobs = shell.Jobs().Leave();
+    return status == EXIT_PASSED ? jobs : status;
 }
 
-EExitStatus RunScript(CShell& shell, CInterrupt& interrupt, ILineReader& lines,
-                      const std::string& name) {
+EExitStatus RunLines(CShell& shell, CInterrupt& interrupt, ILineReader& lines,
+                     const std::string& name) {
     EExitStatus status = EXIT_PASSED;
     std::string line;
     for (size_t number = 1; status == EXIT_PASSED && !shell.HasQuit(); ++number) {
@@ -74,9 +70,26 @@ EExitStatus RunScript(CShell& shell, CInterrupt& interrupt, ILineReader& lines,
     return status;
 }
 
+}  // namespace
+
+EExitStatus RunCommands(CShell& shell, CInterrupt& interrupt,
+                        const std::vector<std::string>& commands) {
+    EExitStatus status = EXIT_PASSED;
+    for (size_t i = 0; i < commands.size() && status == EXIT_PASSED && !shell.HasQuit(); ++i) {
+        status = StatusAfter(shell.Execute(commands[i]), shell, interrupt, "");
+    }
+    return Leave(shell, status);
+}
+
+EExitStatus RunScript(CShell& shell, CInterrupt& interrupt, ILineReader& lines,
+                      const std::string& name) {
+    return Leave(shell, RunLines(shell, interrupt, lines, name));
+}
+
 EExitStatus RunTerminal(CShell& shell, CInterrupt& interrupt, ILineReader& lines) {
     std::string line;
-    while (!shell.HasQuit() && shell.Terminal().Error() == 0) {
+    bool at_end = false;
+    while (!at_end && !shell.HasQuit() && shell.Terminal().Error() == 0) {
         interrupt.Clear();
         const ELine result = lines.Read(PathOf(shell.Current()) + "> ", line);
         switch (result) {
@@ -90,8 +103,10 @@ EExitStatus RunTerminal(CShell& shell, CInterrupt& interrupt, ILineReader& lines
             case ELine::END:
             case ELine::FAILED:
                 shell.Print("\n");
-                return EXIT_PASSED;
+                at_end = true;
+                break;
         }
     }
+    shell.Jobs().Leave();
     return EXIT_PASSED;
 }

@@ -1,22 +1,26 @@
 #include "host/shell/shell.h"
 
-#include <algorithm>
-#include <cstdio>
+#include <memory>
 
-#include "framework/diag_exception.h"
 #include "framework/diag_menu.h"
 #include "host/diag_tree.h"
 #include "host/exception_text.h"
 #include "host/shell/builtins.h"
-#include "host/shell/node_kind.h"
+#include "host/shell/node_run.h"
 #include "host/shell/printable.h"
 #include "host/shell/request.h"
-#include "host/shell/signature.h"
 #include "host/shell/usage_error.h"
 #include "host/shell/word_splitter.h"
 
 CShell::CShell(CDiagMenu& root, CTerminal& terminal, CInterrupt& interrupt)
-    : m_root(root), m_current_id(root.GetId()), m_terminal(terminal), m_interrupt(interrupt) {}
+    : m_root(root),
+      m_current_id(root.GetId()),
+      m_terminal(terminal),
+      m_interrupt(interrupt),
+      m_watch(terminal),
+      m_jobs(terminal, m_watch) {
+    m_watch.Start();
+}
 
 CDiagObj& CShell::Current() const {
     CDiagObj* node = FindById(m_root, m_current_id);
@@ -27,9 +31,11 @@ EExitStatus CShell::Execute(std::string_view line, const std::string& origin) {
     m_origin = origin;
     EExitStatus status = EXIT_PASSED;
     try {
-        const std::vector<std::string> words = SplitLine(line);
-        if (!words.empty()) {
-            status = ExecuteWords(words);
+        const CSplitLine split = SplitLine(line);
+        if (!split.words.empty()) {
+            status = ExecuteWords(split.words, split.background);
+        } else if (split.background) {
+            throw CUsageError("& needs a command or a test before it");
         }
     } catch (const CUsageError& e) {
         return Refuse(e.what(), origin);
@@ -41,24 +47,36 @@ EExitStatus CShell::Execute(std::string_view line, const std::string& origin) {
     return status;
 }
 
-EExitStatus CShell::ExecuteWords(const std::vector<std::string>& words) {
+EExitStatus CShell::ExecuteWords(const std::vector<std::string>& words, bool background) {
     const std::vector<std::string> arguments(words.begin() + 1, words.end());
     if (const CBuiltin* builtin = FindBuiltin(words.front())) {
+        if (background) {
+            throw CUsageError(words.front() + ": & runs commands and tests, not built-ins");
+        }
+        const CRunWatch::CRunning running(m_watch, words.front(), nullptr);
         return RunBuiltin(*builtin, *this, arguments);
     }
-    return RunNode(NodeAt(words.front()), arguments);
+    CDiagObj& node = NodeAt(words.front());
+    if (background) {
+        m_jobs.Start(std::make_unique<CNodeRun>(node, arguments, m_origin));
+        return EXIT_PASSED;
+    }
+    return RunInForeground(node, arguments);
 }
 
 EExitStatus CShell::Refuse(const std::string& error, const std::string& origin) const {
-    m_terminal.EndLine();
-    std::fprintf(stderr, "%s%s%s\n", origin.c_str(), origin.empty() ? "" : ": ", error.c_str());
+    m_terminal.WriteError(origin + (origin.empty() ? "" : ": ") + error + "\n");
     return EXIT_USAGE;
+}
+
+EExitStatus CShell::ReportError(const std::string& text, EExitStatus status) const {
+    Refuse(text, m_origin);
+    return status;
 }
 
 EExitStatus CShell::ReportFailure(const CDiagObj& node, const std::string& text,
                                   EExitStatus status) const {
-    Refuse(PathOf(node) + ": " + text, m_origin);
-    return status;
+    return ReportError(PathOf(node) + ": " + text, status);
 }
 
 CDiagObj& CShell::NodeAt(const std::string& path) const {
@@ -85,43 +103,17 @@ CDiagObj& CShell::NodeAt(const std::string& path) const {
                       PathOf(*last) + "; try ls" + (last == &current ? " or help" : ""));
 }
 
-void CShell::PrintOutputs(const CDiagObj& node, const CSignature& signature, CReply& reply) const {
-    // A node may leave outputs out, and after a failure most do.
-    for (const CParamInfo& output : signature.outputs) {
-        if (reply.Fields().GetLen() == 0) {
-            return;
-        }
-        try {
-            Print(output.name + " = " + output.type.Unpack(reply.Fields()) + "\n");
-        } catch (const CDiagException& e) {
-            Refuse(PathOf(node) + ": answer " + output.name + ": " + e.what(), m_origin);
-            return;
-        }
+EExitStatus CShell::RunInForeground(CDiagObj& node, const std::vector<std::string>& arguments) {
+    CNodeRun run(node, arguments, m_origin);
+    EResCode code = MSG_ERR_NORESP;
+    {
+        const CForeground foreground(m_interrupt, [&run] { run.Stop(); });
+        const CRunWatch::CRunning running(m_watch, PathOf(node), run.Test());
+        code = run.Perform(m_terminal);
     }
-}
-
-EExitStatus CShell::RunNode(CDiagObj& node, const std::vector<std::string>& arguments) {
-    const bool is_test = node.GetNodeType() == TPROC;
-    auto* menu = dynamic_cast<CDiagMenu*>(&node);
-    if (menu == nullptr || (node.GetNodeType() != TFUNC && !is_test)) {
-        throw CUsageError(PathOf(node) + " is " + DescribeType(node) + "; " + HintFor(node));
-    }
-    const CSignature signature = CSignature::Of(node);
-    COutMsg request(is_test ? MSG_START : MSG_CALL, node.GetId());
-    try {
-        signature.Pack(request, arguments);
-    } catch (const CUsageError& e) {
-        throw CUsageError(PathOf(node) + ": " + e.what() + "\nusage: " + node.GetName() + " " +
-                          signature.Synopsis());
-    }
-
-    const CForeground foreground(m_interrupt, *menu);
-    CReply reply(*menu, request);
-    m_terminal.EndLine();
-    PrintOutputs(node, signature, reply);
-    switch (reply.Code()) {
+    switch (code) {
         case MSG_SUCCESS:
-            if (is_test) {
+            if (node.GetNodeType() == TPROC) {
                 Print(std::string(node.GetName()) + ": passed\n");
             }
             break;
@@ -129,7 +121,7 @@ EExitStatus CShell::RunNode(CDiagObj& node, const std::vector<std::string>& argu
             Print(std::string(node.GetName()) + ": skipped\n");
             break;
         default:
-            return ReportFailure(node, FailureText(reply.Code()), reply.Status());
+            return ReportFailure(node, FailureText(code), StatusOf(code));
     }
     return EXIT_PASSED;
 }

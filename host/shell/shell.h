@@ -8,11 +8,11 @@
 #include "framework/diag_obj.h"
 #include "host/shell/exit_status.h"
 #include "host/shell/interrupt.h"
+#include "host/shell/jobs.h"
+#include "host/shell/run_watch.h"
 #include "host/terminal.h"
 
 class CDiagMenu;
-class CReply;
-struct CSignature;
 
 class CShell {
   public:
@@ -32,21 +32,25 @@ class CShell {
     void SetCurrent(const CDiagObj& node) { m_current_id = node.GetId(); }
     // Whether Ctrl-C came; what runs long looks at it.
     bool IsInterrupted() const { return m_interrupt.IsPending(); }
+    CInterrupt& Interrupt() const { return m_interrupt; }
     void Quit() { m_quit = true; }
     CTerminal& Terminal() const { return m_terminal; }
     // The node at `path`; throws CUsageError that says how far the path goes.
     CDiagObj& NodeAt(const std::string& path) const;
     void Print(const std::string& text) const { m_terminal.Write(text); }
+    CRunWatch& Watch() { return m_watch; }
+    CJobs& Jobs() { return m_jobs; }
+    const CJobs& Jobs() const { return m_jobs; }
 
-    // Runs a command or a test with its arguments and prints its outputs.
-    EExitStatus RunNode(CDiagObj& node, const std::vector<std::string>& arguments);
+    // Prints an error and returns `status`.
+    EExitStatus ReportError(const std::string& text, EExitStatus status) const;
     // Prints that `node` failed and returns `status`.
     EExitStatus ReportFailure(const CDiagObj& node, const std::string& text,
                               EExitStatus status) const;
 
   private:
-    void PrintOutputs(const CDiagObj& node, const CSignature& signature, CReply& reply) const;
-    EExitStatus ExecuteWords(const std::vector<std::string>& words);
+    EExitStatus ExecuteWords(const std::vector<std::string>& words, bool background);
+    EExitStatus RunInForeground(CDiagObj& node, const std::vector<std::string>& arguments);
 
     CDiagObj& m_root;
     unsigned int m_current_id;
@@ -54,4 +58,6 @@ class CShell {
     CInterrupt& m_interrupt;
     std::string m_origin;
     bool m_quit = false;
+    CRunWatch m_watch;
+    CJobs m_jobs;
 };

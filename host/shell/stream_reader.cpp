@@ -5,9 +5,16 @@
 #include "host/terminal.h"
 
 ELine CStreamReader::Read(const std::string& prompt, std::string& line) {
-    if (m_prompts != nullptr) {
-        m_prompts->Write(prompt);
+    if (m_prompts == nullptr) {
+        return ReadLine(line);
     }
+    m_prompts->BeginPrompt(prompt);
+    const ELine result = ReadLine(line);
+    m_prompts->EndPrompt();
+    return result;
+}
+
+ELine CStreamReader::ReadLine(std::string& line) {
     SkipByteOrderMark();
     line.clear();
     bool too_long = false;

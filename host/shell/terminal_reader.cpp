@@ -1,14 +1,17 @@
 #include <histedit.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cwchar>
 #include <optional>
+#include <system_error>
 
 #include "host/shell/interrupt.h"
 #include "host/shell/line_reader.h"
+#include "host/terminal.h"
 
 namespace {
 
@@ -21,10 +24,40 @@ struct CHistoryEnd {
     void operator()(History* history) const { ::history_end(history); }
 };
 
+// An event that other threads set and the reader polls for.
+class CEvent {
+  public:
+    CEvent() : m_fd(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+        if (m_fd < 0) {
+            throw std::system_error(errno, std::generic_category(), "eventfd");
+        }
+    }
+    ~CEvent() { ::close(m_fd); }
+    CEvent(const CEvent&) = delete;
+    CEvent& operator=(const CEvent&) = delete;
+
+    void Set() const { ::eventfd_write(m_fd, 1); }
+    void Clear() const {
+        eventfd_t count = 0;
+        ::eventfd_read(m_fd, &count);
+    }
+    int Descriptor() const { return m_fd; }
+
+  private:
+    const int m_fd;
+};
+
+// Columns that a character takes where the editor shows it.
+size_t WidthOf(wchar_t character) {
+    const int width = ::wcwidth(character);
+    return width >= 0 ? static_cast<size_t>(width) : 2;  // as ^C
+}
+
 class CTerminalReader : public ILineReader {
   public:
-    explicit CTerminalReader(const CInterrupt& interrupt)
+    CTerminalReader(const CInterrupt& interrupt, CTerminal& terminal)
         : m_interrupt(interrupt),
+          m_terminal(terminal),
           m_edit(::el_init("diagsh", stdin, stdout, stderr)),
           m_history(::history_init()) {
         HistEvent event;
@@ -42,6 +75,15 @@ class CTerminalReader : public ILineReader {
     }
 
     ELine Read(const std::string& prompt, std::string& line) override {
+        m_terminal.LendScreen([this] { m_text.Set(); });
+        const ELine result = ReadLine(prompt, line);
+        m_terminal.TakeScreenBack(result != ELine::END);
+        m_text.Clear();
+        return result;
+    }
+
+  private:
+    ELine ReadLine(const std::string& prompt, std::string& line) {
         m_prompt = prompt;
         m_interrupted = false;
         m_unreadable = false;
@@ -76,7 +118,6 @@ class CTerminalReader : public ILineReader {
         return ELine::READ;
     }
 
-  private:
     static CTerminalReader& Self(EditLine* edit) {
         void* self = nullptr;
         ::el_get(edit, EL_CLIENTDATA, &self);
@@ -118,6 +159,37 @@ class CTerminalReader : public ILineReader {
         }
     }
 
+    // Writes what others wrote meanwhile above the line, which is then drawn anew.
+    void LetTextThrough() {
+        m_text.Clear();
+        bool written = false;
+        m_terminal.WriteWaiting([&] {
+            MakeRoom();
+            written = true;
+        });
+        if (written) {
+            ::el_set(m_edit.get(), EL_REFRESH);
+        }
+    }
+
+    // Clears the prompt and what is typed, from the row where they begin.
+    void MakeRoom() {
+        size_t width = 0;
+        for (const char c : m_prompt) {
+            // Bytes that go on a character take no column of their own.
+            width += (static_cast<unsigned char>(c) & 0xC0U) == 0x80U ? 0 : 1;
+        }
+        const LineInfoW* line = ::el_wline(m_edit.get());
+        for (const wchar_t* c = line->buffer; c < line->cursor; ++c) {
+            width += WidthOf(*c);
+        }
+        const unsigned int columns = m_terminal.Columns();
+        if (columns != 0 && width >= columns) {
+            std::fprintf(stdout, "\x1b[%zuA", width / columns);
+        }
+        std::fputs("\r\x1b[J", stdout);
+    }
+
     // As read() does; a pending Ctrl-C counts as an interruption.
     ssize_t ReadByte(char& byte) {
         if (m_put_back.has_value()) {
@@ -125,11 +197,17 @@ class CTerminalReader : public ILineReader {
             m_put_back.reset();
             return 1;
         }
-        std::array<pollfd, 2> inputs{
-            {{STDIN_FILENO, POLLIN, 0}, {m_interrupt.Descriptor(), POLLIN, 0}}};
-        if (::poll(inputs.data(), inputs.size(), -1) < 0) {
-            return -1;
-        }
+        std::array<pollfd, 3> inputs{{{STDIN_FILENO, POLLIN, 0},
+                                      {m_interrupt.Descriptor(), POLLIN, 0},
+                                      {m_text.Descriptor(), POLLIN, 0}}};
+        do {
+            if (::poll(inputs.data(), inputs.size(), -1) < 0) {
+                return -1;
+            }
+            if (inputs[2].revents != 0) {
+                LetTextThrough();
+            }
+        } while (inputs[0].revents == 0 && inputs[1].revents == 0);
         if (inputs[1].revents != 0) {
             errno = EINTR;
             return -1;
@@ -138,6 +216,8 @@ class CTerminalReader : public ILineReader {
     }
 
     const CInterrupt& m_interrupt;
+    CTerminal& m_terminal;
+    CEvent m_text;  // text of other threads waits
     std::string m_prompt;
     bool m_interrupted = false;
     bool m_unreadable = false;       // the line held bytes that are no characters
@@ -148,6 +228,6 @@ class CTerminalReader : public ILineReader {
 
 }  // namespace
 
-std::unique_ptr<ILineReader> MakeTerminalReader(const CInterrupt& interrupt) {
-    return std::make_unique<CTerminalReader>(interrupt);
+std::unique_ptr<ILineReader> MakeTerminalReader(const CInterrupt& interrupt, CTerminal& terminal) {
+    return std::make_unique<CTerminalReader>(interrupt, terminal);
 }

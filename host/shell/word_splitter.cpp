@@ -11,11 +11,19 @@ class CSplitter {
   public:
     explicit CSplitter(std::string_view line) : m_line(line) {}
 
-    std::vector<std::string> Words() {
+    CSplitLine Line() {
+        CSplitLine line;
         while (SkipBlanks()) {
-            m_words.push_back(Word());
+            line.words.push_back(Word());
         }
-        return m_words;
+        line.background = m_ampersand;
+        if (m_ampersand) {
+            line.words.back().pop_back();
+            if (line.words.back().empty()) {
+                line.words.pop_back();
+            }
+        }
+        return line;
     }
 
   private:
@@ -34,6 +42,7 @@ class CSplitter {
         std::string word;
         while (!AtEnd() && !IsBlank(m_line[m_pos])) {
             const char c = m_line[m_pos];
+            m_ampersand = c == '&';
             if (c == '\'' || c == '"') {
                 Quoted(word, c);
             } else if (c == '\\') {
@@ -90,7 +99,7 @@ class CSplitter {
             case 'x':
                 return HexByte(start);
             default:
-                if (bare && (IsBlank(c) || c == '#')) {
+                if (bare && (IsBlank(c) || c == '#' || c == '&')) {
                     return c;
                 }
         }
@@ -111,11 +120,11 @@ class CSplitter {
 
     const std::string_view m_line;
     size_t m_pos = 0;
-    std::vector<std::string> m_words;
+    bool m_ampersand = false;  // the last thing of the last word was a bare &
 };
 
 }  // namespace
 
-std::vector<std::string> SplitLine(std::string_view line) {
-    return CSplitter(line).Words();
+CSplitLine SplitLine(std::string_view line) {
+    return CSplitter(line).Line();
 }

@@ -10,6 +10,12 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+std::vector<std::string> Words(std::string_view line) {
+    const CSplitLine split = SplitLine(line);
+    EXPECT_FALSE(split.background);
+    return split.words;
+}
+
 std::string RefusalOf(std::string_view line) {
     try {
         SplitLine(line);
@@ -20,28 +26,45 @@ std::string RefusalOf(std::string_view line) {
 }
 
 TEST(WordSplitter, SeparatesAtBlanksAndTabs) {
-    EXPECT_THAT(SplitLine("  trans \t rd  0x50 "), ElementsAre("trans", "rd", "0x50"));
-    EXPECT_THAT(SplitLine(""), IsEmpty());
-    EXPECT_THAT(SplitLine(" \t "), IsEmpty());
+    EXPECT_THAT(Words("  trans \t rd  0x50 "), ElementsAre("trans", "rd", "0x50"));
+    EXPECT_THAT(Words(""), IsEmpty());
+    EXPECT_THAT(Words(" \t "), IsEmpty());
 }
 
 TEST(WordSplitter, KeepsWhatIsQuoted) {
-    EXPECT_THAT(SplitLine("a 'b  c' \"d e\" f"), ElementsAre("a", "b  c", "d e", "f"));
-    EXPECT_THAT(SplitLine("'' \"\""), ElementsAre("", ""));
-    EXPECT_THAT(SplitLine("pre'mid'\"post\""), ElementsAre("premidpost"));
-    EXPECT_THAT(SplitLine("'a\\n' '#'"), ElementsAre("a\\n", "#"));
+    EXPECT_THAT(Words("a 'b  c' \"d e\" f"), ElementsAre("a", "b  c", "d e", "f"));
+    EXPECT_THAT(Words("'' \"\""), ElementsAre("", ""));
+    EXPECT_THAT(Words("pre'mid'\"post\""), ElementsAre("premidpost"));
+    EXPECT_THAT(Words("'a\\n' '#'"), ElementsAre("a\\n", "#"));
 }
 
 TEST(WordSplitter, KnowsEscapes) {
-    EXPECT_THAT(SplitLine(R"("\\ \" \' \n\t\r" \x41\x7e a\ b \#x)"),
+    EXPECT_THAT(Words(R"("\\ \" \' \n\t\r" \x41\x7e a\ b \#x)"),
                 ElementsAre("\\ \" ' \n\t\r", "A~", "a b", "#x"));
-    EXPECT_THAT(SplitLine(R"("a\0b")"), ElementsAre(std::string("a\0b", 3)));
+    EXPECT_THAT(Words(R"("a\0b")"), ElementsAre(std::string("a\0b", 3)));
 }
 
 TEST(WordSplitter, EndsAtACommentThatBeginsAWord) {
-    EXPECT_THAT(SplitLine("probe # the bus"), ElementsAre("probe"));
-    EXPECT_THAT(SplitLine("# nothing"), IsEmpty());
-    EXPECT_THAT(SplitLine("a#b"), ElementsAre("a#b"));
+    EXPECT_THAT(Words("probe # the bus"), ElementsAre("probe"));
+    EXPECT_THAT(Words("# nothing"), IsEmpty());
+    EXPECT_THAT(Words("a#b"), ElementsAre("a#b"));
+}
+
+TEST(WordSplitter, TakesABareAmpersandAtTheEndForTheBackground) {
+    for (const char* line : {"check wait &", "check wait&", "check wait & # later"}) {
+        const CSplitLine split = SplitLine(line);
+        EXPECT_THAT(split.words, ElementsAre("check", "wait")) << line;
+        EXPECT_TRUE(split.background) << line;
+    }
+    EXPECT_THAT(SplitLine("&").words, IsEmpty());
+    EXPECT_TRUE(SplitLine("&").background);
+}
+
+TEST(WordSplitter, TakesAnyOtherAmpersandAsItStands) {
+    EXPECT_THAT(Words("check '&'"), ElementsAre("check", "&"));
+    EXPECT_THAT(Words("check R\\&"), ElementsAre("check", "R&"));
+    EXPECT_THAT(Words("check & now"), ElementsAre("check", "&", "now"));
+    EXPECT_THAT(Words("check \"wait\"'&'"), ElementsAre("check", "wait&"));
 }
 
 TEST(WordSplitter, RefusesAnOpenQuoteAndNamesItsColumn) {
@@ -66,7 +89,7 @@ TEST(WordSplitter, RefusesBareControlCharacters) {
 }
 
 TEST(WordSplitter, TakesBytesAboveAsciiAsTheyStand) {
-    EXPECT_THAT(SplitLine("gr\xc3\xbc\xc3\x9f \xff"), ElementsAre("gr\xc3\xbc\xc3\x9f", "\xff"));
+    EXPECT_THAT(Words("gr\xc3\xbc\xc3\x9f \xff"), ElementsAre("gr\xc3\xbc\xc3\x9f", "\xff"));
 }
 
 }  // namespace

@@ -1,0 +1,142 @@
+#include "host/shell/job.h"
+
+#include <array>
+#include <cinttypes>
+#include <cstdio>
+#include <utility>
+
+#include "framework/diag_log_word.h"
+#include "framework/diag_test_base.h"
+#include "host/diag_clock.h"
+#include "host/exception_text.h"
+#include "host/shell/progress_line.h"
+#include "host/shell/quiet_thread.h"
+#include "host/shell/request.h"
+#include "host/shell/run_watch.h"
+#include "host/terminal.h"
+
+namespace {
+
+// "0:02:05".
+std::string Elapsed(uint64_t ms) {
+    const uint64_t seconds = ms / 1000;
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%" PRIu64 ":%02" PRIu64 ":%02" PRIu64, seconds / 3600,
+                  seconds / 60 % 60, seconds % 60);
+    return text.data();
+}
+
+std::string ResultText(EResCode code) {
+    switch (code) {
+        case MSG_SUCCESS:
+            return "passed";
+        case MSG_SKIPPED:
+            return "skipped";
+        default:
+            return FailureText(code);
+    }
+}
+
+}  // namespace
+
+CJob::CJob(unsigned int number, std::unique_ptr<CNodeRun> run, CTerminal& terminal,
+           CRunWatch& watch)
+    : m_number(number),
+      m_run(std::move(run)),
+      m_terminal(terminal),
+      m_watch(watch),
+      m_began(GetDiagClock().NowMs()) {
+    m_terminal.Write(Line("started"));
+    m_thread = StartQuietThread([this] { Run(); });
+}
+
+CJob::~CJob() {
+    m_thread.join();
+}
+
+void CJob::Run() {
+    EResCode code = MSG_ERR_FAIL;
+    {
+        const CTerminal::CPrefix prefix(m_terminal, "[" + std::to_string(m_number) + "] ");
+        const CRunWatch::CRunning running(m_watch, m_run->Title(), m_number);
+        try {
+            code = m_run->Perform(m_terminal);
+        } catch (...) {
+            m_run->Node().SendLog(LW_ERR_SW, "%s", CurrentExceptionText().c_str());
+        }
+        Tell(code);
+    }
+    const std::lock_guard<std::mutex> guard(m_lock);
+    m_code = code;
+    m_ended = GetDiagClock().NowMs();
+    m_changed.notify_all();
+}
+
+void CJob::Tell(EResCode code) {
+    if (StatusOf(code) == EXIT_PASSED) {
+        m_terminal.EndLine();
+        m_terminal.Write(m_run->Title() + ": " + ResultText(code) + "\n");
+    } else {
+        m_run->PrintError(m_terminal, m_run->Title(), ResultText(code));
+    }
+}
+
+std::optional<EExitStatus> CJob::Result() const {
+    const std::lock_guard<std::mutex> guard(m_lock);
+    return m_code.has_value() ? std::optional(StatusOf(*m_code)) : std::nullopt;
+}
+
+std::string CJob::Line(const std::string& state) const {
+    return "[" + std::to_string(m_number) + "] " + m_run->Title() + ": " + state + "\n";
+}
+
+std::string CJob::Description() const {
+    {
+        const std::lock_guard<std::mutex> guard(m_lock);
+        if (m_code.has_value()) {
+            return Line(ResultText(*m_code) + ", " + Elapsed(m_ended - m_began));
+        }
+    }
+    return Line(State() + ", " + Elapsed(GetDiagClock().NowMs() - m_began));
+}
+
+std::string CJob::State() const {
+    if (m_stop_requested) {
+        return "stopping";
+    }
+    if (const std::optional<std::string> wait = m_watch.WaitOf(m_thread.get_id())) {
+        return *wait;
+    }
+    const CDiagTestBase* test = m_run->Test();
+    const std::string percent = test != nullptr ? PercentOf(*test) : "";
+    return percent.empty() ? "running" : "running " + percent;
+}
+
+void CJob::Stop() {
+    const bool waits = m_watch.WaitOf(m_thread.get_id()).has_value();
+    const bool stoppable = waits || m_run->Test() != nullptr;
+    // Said before it is done, or the end could come first.
+    if (stoppable) {
+        m_stop_requested = true;
+        m_terminal.Write(Line("stopping"));
+    }
+    const bool understood = m_run->Stop();
+    if (understood && !stoppable) {
+        m_stop_requested = true;
+        m_terminal.Write(Line("stopping"));
+    } else if (!understood && !waits && !Result().has_value()) {
+        m_terminal.Write(Line("cannot be stopped, it goes on to its end"));
+    }
+}
+
+bool CJob::Await(const std::function<bool()>& give_up) {
+    std::unique_lock<std::mutex> guard(m_lock);
+    m_changed.wait(guard, [&] { return m_code.has_value() || give_up(); });
+    return m_code.has_value();
+}
+
+void CJob::WakeAwaiting() {
+    // Under the lock, so that nobody is between the look and the sleep.
+    const std::lock_guard<std::mutex> guard(m_lock);
+    m_changed.notify_all();
+}

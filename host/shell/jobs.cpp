@@ -1,0 +1,86 @@
+#include "host/shell/jobs.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/shell/interrupt.h"
+#include "host/terminal.h"
+
+namespace {
+
+// What a job means to those who never asked for its result. One that the
+// operator stopped ended as he wanted.
+EExitStatus UntoldResult(const CJob& job) {
+    const EExitStatus result = job.Result().value_or(EXIT_PASSED);
+    const bool wanted = result == EXIT_ABORTED && job.IsStopRequested();
+    return job.IsCollected() || wanted ? EXIT_PASSED : result;
+}
+
+}  // namespace
+
+CJobs::~CJobs() {
+    Leave();
+}
+
+void CJobs::Start(std::unique_ptr<CNodeRun> run) {
+    ForgetOldest();
+    m_jobs.push_back(std::make_unique<CJob>(++m_last_number, std::move(run), m_terminal, m_watch));
+}
+
+CJob* CJobs::Find(unsigned int number) const {
+    const auto found = std::find_if(m_jobs.begin(), m_jobs.end(),
+                                    [number](const auto& job) { return job->Number() == number; });
+    return found == m_jobs.end() ? nullptr : found->get();
+}
+
+EExitStatus CJobs::Await(const std::vector<CJob*>& jobs, CInterrupt& interrupt) {
+    EExitStatus worst = EXIT_PASSED;
+    for (CJob* job : jobs) {
+        const CForeground foreground(interrupt, [job] { job->WakeAwaiting(); });
+        if (!job->Await([&interrupt] { return interrupt.IsPending(); })) {
+            return EXIT_ABORTED;
+        }
+        job->Collect();
+        worst = Worse(worst, *job->Result());
+    }
+    return worst;
+}
+
+EExitStatus CJobs::Leave() {
+    EExitStatus worst = std::exchange(m_forgotten, EXIT_PASSED);
+    std::vector<CJob*> running;
+    for (const auto& job : m_jobs) {
+        worst = Worse(worst, UntoldResult(*job));
+        if (!job->Result().has_value()) {
+            running.push_back(job.get());
+        }
+    }
+    if (!running.empty()) {
+        m_terminal.EndLine();
+        m_terminal.Write("leaving: " + std::to_string(running.size()) +
+                         (running.size() == 1 ? " job is" : " jobs are") +
+                         " asked to stop and awaited\n");
+    }
+    for (CJob* job : running) {
+        const bool wanted = job->IsStopRequested();
+        if (!wanted) {
+            job->Stop();
+        }
+        job->Await([] { return false; });
+        worst = Worse(worst, wanted ? UntoldResult(*job) : *job->Result());
+    }
+    m_jobs.clear();
+    return worst;
+}
+
+void CJobs::ForgetOldest() {
+    const auto ended = std::count_if(m_jobs.begin(), m_jobs.end(),
+                                     [](const auto& job) { return job->Result().has_value(); });
+    if (static_cast<size_t>(ended) < KEPT) {
+        return;
+    }
+    const auto oldest = std::find_if(m_jobs.begin(), m_jobs.end(),
+                                     [](const auto& job) { return job->Result().has_value(); });
+    m_forgotten = Worse(m_forgotten, UntoldResult(**oldest));
+    m_jobs.erase(oldest);
+}

@@ -1,0 +1,92 @@
+#include "host/shell/node_run.h"
+
+#include <utility>
+
+#include "framework/diag_exception.h"
+#include "framework/diag_test_base.h"
+#include "host/diag_tree.h"
+#include "host/shell/node_kind.h"
+#include "host/shell/printable.h"
+#include "host/shell/request.h"
+#include "host/shell/usage_error.h"
+#include "host/terminal.h"
+
+namespace {
+
+CDiagMenu& Runnable(CDiagObj& node) {
+    const ENodeType type = node.GetNodeType();
+    auto* menu = dynamic_cast<CDiagMenu*>(&node);
+    if (menu == nullptr || (type != TFUNC && type != TPROC)) {
+        throw CUsageError(PathOf(node) + " is " + DescribeType(node) + "; " + HintFor(node));
+    }
+    return *menu;
+}
+
+EMsgType RequestFor(const CDiagObj& node) {
+    return node.GetNodeType() == TPROC ? MSG_START : MSG_CALL;
+}
+
+}  // namespace
+
+CNodeRun::CNodeRun(CDiagObj& node, const std::vector<std::string>& arguments, std::string origin)
+    : m_node(Runnable(node)),
+      m_origin(std::move(origin)),
+      m_signature(CSignature::Of(node)),
+      m_request(RequestFor(node), node.GetId()),
+      m_title(PathOf(node)) {
+    try {
+        m_signature.Pack(m_request, arguments);
+    } catch (const CUsageError& e) {
+        throw CUsageError(PathOf(node) + ": " + e.what() + "\nusage: " + node.GetName() + " " +
+                          m_signature.Synopsis());
+    }
+    for (const std::string& argument : arguments) {
+        m_title += " " + Printable(argument);
+    }
+}
+
+const CDiagTestBase* CNodeRun::Test() const {
+    return dynamic_cast<const CDiagTestBase*>(&m_node);
+}
+
+EResCode CNodeRun::Perform(CTerminal& terminal) {
+    const CRunStop::CScope scope(m_stop);
+    m_begun = true;
+    if (m_stop.IsRequested()) {
+        return MSG_ERR_ABORTED;
+    }
+    CReply reply(m_node, m_request);
+    terminal.EndLine();
+    PrintOutputs(terminal, reply);
+    return reply.Code();
+}
+
+bool CNodeRun::Stop() {
+    m_stop.Request();
+    if (!m_begun) {
+        return true;
+    }
+    const EResCode code = AskToStop(m_node);
+    // A test that does not run is just beginning, and sees the request, or has ended.
+    return code == MSG_SUCCESS || code == MSG_ERR_NOTRUN;
+}
+
+void CNodeRun::PrintError(CTerminal& terminal, const std::string& name,
+                          const std::string& text) const {
+    terminal.WriteError((m_origin.empty() ? "" : m_origin + ": ") + name + ": " + text + "\n");
+}
+
+void CNodeRun::PrintOutputs(CTerminal& terminal, CReply& reply) const {
+    // A node may leave outputs out, and after a failure most do.
+    for (const CParamInfo& output : m_signature.outputs) {
+        if (reply.Fields().GetLen() == 0) {
+            return;
+        }
+        try {
+            terminal.Write(output.name + " = " + output.type.Unpack(reply.Fields()) + "\n");
+        } catch (const CDiagException& e) {
+            PrintError(terminal, PathOf(m_node), "answer " + output.name + ": " + e.what());
+            return;
+        }
+    }
+}

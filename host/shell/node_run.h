@@ -1,0 +1,49 @@
+// One run of a command or a test: checked when made, performed once, in the
+// foreground or in a job.
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+#include "host/run_stop.h"
+#include "host/shell/exit_status.h"
+#include "host/shell/signature.h"
+
+class CDiagTestBase;
+class CReply;
+class CTerminal;
+
+class CNodeRun {
+  public:
+    // Throws CUsageError when the node does not run or the words are not its
+    // arguments. Errors are printed behind `origin`, if there is one.
+    CNodeRun(CDiagObj& node, const std::vector<std::string>& arguments, std::string origin);
+
+    const CDiagMenu& Node() const { return m_node; }
+    // The path and the arguments, as the operator may type them.
+    const std::string& Title() const { return m_title; }
+    // The node as a test; null when it is none.
+    const CDiagTestBase* Test() const;
+
+    // Sends the request and prints the outputs; the answer's code.
+    EResCode Perform(CTerminal& terminal);
+    // Asks the run to stop, from any thread, whether it has begun or not. False
+    // when the node does not understand: it then stops at most while it waits
+    // for a device.
+    bool Stop();
+
+    // Prints an error behind the origin and the path.
+    void PrintError(CTerminal& terminal, const std::string& name, const std::string& text) const;
+
+  private:
+    void PrintOutputs(CTerminal& terminal, CReply& reply) const;
+
+    CDiagMenu& m_node;
+    const std::string m_origin;
+    const CSignature m_signature;
+    COutMsg m_request;
+    std::string m_title;
+    CRunStop m_stop;
+    std::atomic<bool> m_begun{false};
+};

@@ -1,0 +1,14 @@
+#include "host/shell/quiet_thread.h"
+
+#include <csignal>
+
+std::thread StartQuietThread(std::function<void()> work) {
+    // A thread inherits what is blocked where it is started.
+    sigset_t all;
+    ::sigfillset(&all);
+    sigset_t before;
+    ::pthread_sigmask(SIG_BLOCK, &all, &before);
+    std::thread thread(std::move(work));
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return thread;
+}

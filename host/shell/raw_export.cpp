@@ -1,0 +1,33 @@
+#include "host/shell/raw_export.h"
+
+#include "host/exception_text.h"
+#include "host/shell/device_use.h"
+#include "host/shell/printable.h"
+#include "host/shell/raw_arguments.h"
+#include "host/shell/raw_file.h"
+#include "host/shell/raw_node.h"
+#include "host/shell/raw_ranges.h"
+#include "host/shell/shell.h"
+
+EExitStatus Export(CShell& shell, const std::vector<std::string>& arguments) {
+    const CRawArguments words("export", arguments, "--force", 2, 2);
+    const CRawNode node = CRawNode::At(shell, words[0]);
+    CRawOutput file(words[1], words.HasOption());
+    const auto go_on = [&shell] { return !shell.IsInterrupted(); };
+    std::vector<byte_t> contents(node.Size());
+    try {
+        const CDeviceUse use(shell, node.Device(), DEV_LOCK_ACCESS, "export " + node.Path());
+        if (!use.IsHeld() || !node.Read(0, contents, go_on)) {
+            return shell.ReportFailure(node.Device(), "export aborted, no file was written",
+                                       EXIT_ABORTED);
+        }
+        file.Finish(contents);
+    } catch (...) {
+        return shell.ReportFailure(node.Device(),
+                                   "export failed, no file was written: " + CurrentExceptionText(),
+                                   EXIT_FAILED);
+    }
+    shell.Print("exported " + Count(contents.size(), "byte") + " from " + node.Path() + " to " +
+                Printable(words[1]) + "\n");
+    return EXIT_PASSED;
+}

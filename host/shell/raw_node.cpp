@@ -1,0 +1,49 @@
+#include "host/shell/raw_node.h"
+
+#include <algorithm>
+
+#include "host/diag_tree.h"
+#include "host/shell/node_kind.h"
+#include "host/shell/shell.h"
+#include "host/shell/usage_error.h"
+
+namespace {
+
+// Between two pieces Ctrl-C is seen.
+constexpr size_t PIECE = 256;
+
+bool IsArray(const CDiagObj& node) {
+    return node.GetNodeType() == TARRAY_I || node.GetNodeType() == TARRAY_A;
+}
+
+}  // namespace
+
+CRawNode CRawNode::At(const CShell& shell, const std::string& path) {
+    CDiagObj& node = shell.NodeAt(path);
+    CDiagObj* holder = IsArray(node) ? node.GetParent() : &node;
+    auto* device = dynamic_cast<CDiagDevice*>(holder);
+    auto* memory = dynamic_cast<IRawMemory*>(holder);
+    if (device == nullptr || memory == nullptr) {
+        throw CUsageError(PathOf(node) + " is " + DescribeType(node) +
+                          " without raw contents; export and import take memory devices");
+    }
+    return {*device, *memory};
+}
+
+std::string CRawNode::Path() const {
+    return PathOf(m_device);
+}
+
+bool CRawNode::Read(uint32_t offset, std::span<byte_t> to,
+                    const std::function<bool()>& go_on) const {
+    while (!to.empty()) {
+        if (!go_on()) {
+            return false;
+        }
+        const std::span<byte_t> piece = to.first(std::min(to.size(), PIECE));
+        m_memory.ReadRaw(offset, piece);
+        offset += static_cast<uint32_t>(piece.size());
+        to = to.subspan(piece.size());
+    }
+    return true;
+}
