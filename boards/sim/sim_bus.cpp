@@ -56,19 +56,19 @@ void CSimBus::WaitMs(unsigned int ms) {
 CI2cResult CSimBus::TransferAtOnce(std::span<const CI2cMsg> msgs, bool again) {
     ++(again ? m_polls : m_transfers);
     // A poll is nobody's own transfer, so it is not the one that was meant to fail.
-    const bool loses = !again && m_faults.CountTransfer();
+    const ESimFailure failure = again ? SIM_NO_FAILURE : m_faults.CountTransfer();
     if (m_faults.IsStuck()) {
         return CI2cResult::BusStuck();
     }
-    if (loses) {
+    if (failure == SIM_ARB_LOST) {
         return CI2cResult::ArbLost();
     }
-    return MoveAndStop(msgs);
+    return MoveAndStop(msgs, failure == SIM_NO_ACK);
 }
 
 // A chip whose contents cannot be read or stored says so by an exception: on the
 // wire there is no such fault.
-CI2cResult CSimBus::MoveAndStop(std::span<const CI2cMsg> msgs) {
+CI2cResult CSimBus::MoveAndStop(std::span<const CI2cMsg> msgs, bool nacked) {
     CI2cResult result;
     const auto guarded = [&](auto step) {
         try {
@@ -78,7 +78,7 @@ CI2cResult CSimBus::MoveAndStop(std::span<const CI2cMsg> msgs) {
             result = CI2cResult::Other(e.what());
         }
     };
-    guarded([&] { result = Move(msgs); });
+    guarded([&] { result = nacked ? MoveNacked(msgs.front()) : Move(msgs); });
     m_clock.AddBits(CONDITION_BITS);
     guarded([&] { m_segment.Stop(); });
     return result;
@@ -86,6 +86,16 @@ CI2cResult CSimBus::MoveAndStop(std::span<const CI2cMsg> msgs) {
 
 uint64_t CSimBus::NowMs() {
     return m_clock.NowNs() / NS_PER_MS;
+}
+
+// Also of a chip that is busy, which would only be asked again otherwise.
+CI2cResult CSimBus::MoveNacked(const CI2cMsg& msg) {
+    Address(msg);
+    if (msg.read || msg.data.empty()) {
+        return CI2cResult::NoAddrAck(0);
+    }
+    CountByte();
+    return CI2cResult::NoDataAck(0, 0);
 }
 
 CI2cResult CSimBus::Move(std::span<const CI2cMsg> msgs) {

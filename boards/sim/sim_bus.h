@@ -45,7 +45,8 @@ class CSimBus : public CRootBus {
 
   private:
     CI2cResult TransferAtOnce(std::span<const CI2cMsg> msgs, bool again);
-    CI2cResult MoveAndStop(std::span<const CI2cMsg> msgs);
+    CI2cResult MoveAndStop(std::span<const CI2cMsg> msgs, bool nacked);
+    CI2cResult MoveNacked(const CI2cMsg& msg);
     CI2cResult Move(std::span<const CI2cMsg> msgs);
     bool Address(const CI2cMsg& msg);
     void CountByte();

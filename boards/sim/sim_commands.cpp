@@ -83,6 +83,9 @@ CSimFailNthCmd::CSimFailNthCmd(const std::string& name, const std::string& descr
     : CSimFaultCmd(name, description) {
     AddChild(new CDiagParam(VT_UINT32, "n", "which transfer from now on, 1 for the next", PT_IN),
              NO_SORT);
+    AddChild(new CDiagParam(VT_STRING, "fault", "\"arbitration\" (lost, the default) or \"nack\"",
+                            PT_IN | PT_OPTIONAL),
+             NO_SORT);
 }
 
 void CSimFailNthCmd::Inject(CSimFaults& faults, CInMsg& in) {
@@ -91,7 +94,14 @@ void CSimFailNthCmd::Inject(CSimFaults& faults, CInMsg& in) {
     if (nth == 0) {
         throw CDiagException("bad transfer 0: 1 is the next one");
     }
-    faults.FailNth(nth);
+    std::string fault = "arbitration";
+    if (in.GetLen() != 0) {
+        in >> fault;
+    }
+    if (fault != "arbitration" && fault != "nack") {
+        throw CDiagException("bad fault \"%s\": arbitration or nack", fault.c_str());
+    }
+    faults.FailNth(nth, fault == "nack" ? SIM_NO_ACK : SIM_ARB_LOST);
 }
 
 void CSimClearCmd::Run(CSimDevice& device, CInMsg&) {

@@ -17,9 +17,10 @@ void CSimFaults::Flip(uint8_t addr, uint8_t byte, uint8_t bit) {
     m_flips.insert({addr, byte, bit});
 }
 
-void CSimFaults::FailNth(uint32_t nth) {
+void CSimFaults::FailNth(uint32_t nth, ESimFailure how) {
     const CGuard<CMutex> guard(m_lock);
     m_fail_in = nth;
+    m_fail_how = how;
 }
 
 void CSimFaults::Clear() {
@@ -54,15 +55,16 @@ std::vector<std::string> CSimFaults::Describe() const {
         take_line();
     }
     if (m_fail_in > 0) {
-        line.printf("transfer %u from now loses the arbitration", m_fail_in);
+        line.printf("transfer %u from now %s", m_fail_in,
+                    m_fail_how == SIM_NO_ACK ? "is not acknowledged" : "loses the arbitration");
         take_line();
     }
     return lines;
 }
 
-bool CSimFaults::CountTransfer() {
+ESimFailure CSimFaults::CountTransfer() {
     const CGuard<CMutex> guard(m_lock);
-    return m_fail_in > 0 && --m_fail_in == 0;
+    return m_fail_in > 0 && --m_fail_in == 0 ? m_fail_how : SIM_NO_FAILURE;
 }
 
 bool CSimFaults::IsStuck() const {

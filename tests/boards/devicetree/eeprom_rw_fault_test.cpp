@@ -109,7 +109,7 @@ class EepromRwFault : public CEepromMountTest {
     }
 
     void StopAtEveryTransfer();
-    void FailAtEveryTransfer();
+    void FailAtEveryTransfer(ESimFailure how);
     void LoseTheChipAtEveryTransfer();
     void ThrowAtEveryTransfer();
 };
@@ -140,7 +140,7 @@ void EepromRwFault::StopAtEveryTransfer() {
     }
 }
 
-void EepromRwFault::FailAtEveryTransfer() {
+void EepromRwFault::FailAtEveryTransfer(ESimFailure how) {
     const uint64_t before = SimBus().GetTransfers();
     ASSERT_EQ(RunTest().Code(), MSG_SUCCESS);
     const auto all = static_cast<uint32_t>(SimBus().GetTransfers() - before);
@@ -149,7 +149,7 @@ void EepromRwFault::FailAtEveryTransfer() {
         SCOPED_TRACE("fault at transfer " + std::to_string(n) + " of " + std::to_string(all));
         Refill();
         m_log.Clear();
-        SimBus().Faults().FailNth(n);
+        SimBus().Faults().FailNth(n, how);
         EXPECT_EQ(RunTest().Code(), MSG_ERR_FAIL);
         EXPECT_TRUE(SimBus().Faults().Describe().empty()) << "the fault has not happened";
         const CNamed named = CheckEveryByte();
@@ -213,12 +213,14 @@ TEST_F(EepromRwFault, StoppedAnywhereBehindMultiplexersLeavesEveryByteAndNoPathO
 
 TEST_F(EepromRwFault, AtAnyTransferNamesEveryByteThatIsLost) {
     MountOnRoot("atmel,24c64", 8192);
-    FailAtEveryTransfer();
+    FailAtEveryTransfer(SIM_ARB_LOST);
+    FailAtEveryTransfer(SIM_NO_ACK);
 }
 
 TEST_F(EepromRwFault, AtAnyTransferBehindMultiplexersNamesEveryByteThatIsLost) {
     MountBehindThree("atmel,24c64", 8192);
-    FailAtEveryTransfer();
+    FailAtEveryTransfer(SIM_ARB_LOST);
+    FailAtEveryTransfer(SIM_NO_ACK);
 }
 
 TEST_F(EepromRwFault, ThatLastsNamesTheRangeThatNobodyCanRead) {

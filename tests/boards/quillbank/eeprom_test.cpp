@@ -114,7 +114,7 @@ TEST_F(QuillbankEeprom, OpensAndClosesTheTwoSwitchesOnItsWayInOrder) {
     EXPECT_EQ(ReadBus(Bus("i2c-0"), 0x51, {0, 0}, 1), std::nullopt);
 }
 
-TEST_F(QuillbankEeprom, LosesNoByteUnnamedWhateverTransferOfATestFails) {
+TEST_F(QuillbankEeprom, LosesNoByteUnnamedWhateverTransferOfATestIsNotAcknowledged) {
     auto& bus = dynamic_cast<CSimBus&>(Bus("i2c-0"));
     CDiagMenu& test = NodeAt(*m_root, std::string(PARAM) + "/rw-test");
     Bytes held(8192);
@@ -130,7 +130,8 @@ TEST_F(QuillbankEeprom, LosesNoByteUnnamedWhateverTransferOfATestFails) {
         SCOPED_TRACE("fault at transfer " + std::to_string(n) + " of " + std::to_string(all));
         WriteFile(State() / PARAM_FILE, held);
         m_log.Clear();
-        ASSERT_EQ(Call("/sim/fail-nth", std::string("i2c-0"), n).Code(), MSG_SUCCESS);
+        ASSERT_EQ(Call("/sim/fail-nth", std::string("i2c-0"), n, std::string("nack")).Code(),
+                  MSG_SUCCESS);
         EXPECT_EQ(Send(test, MSG_CALL, uint16_t{64}, uint16_t{140}).Code(), MSG_ERR_FAIL);
         const Bytes now = Contents(PARAM_FILE);
         const std::string log = m_log.Joined(LW_ERR_TEST);

@@ -67,6 +67,18 @@ TEST_F(SimDevice, FailNthFailsOneTransfer) {
     EXPECT_TRUE(Answers(0x50));
 }
 
+TEST_F(SimDevice, FailNthHasTheFirstByteBehindTheAddressNotAcknowledged) {
+    EXPECT_EQ(Call("fail-nth", m_name, uint32_t{1}, std::string("nack")).bytes, DONE);
+    EXPECT_EQ(Printed(), "i2c-0: fault: transfer 1 from now is not acknowledged\n");
+    EXPECT_EQ(Read(0x50, {0x10}, 1), CData{});
+    EXPECT_EQ(m_errmsg, "0x50 did not acknowledge command byte 0");
+    EXPECT_EQ(Read(0x50, {0x10}, 1), CData{0x10});
+    Call("fail-nth", m_name, uint32_t{1}, std::string("nack"));
+    EXPECT_EQ(Read(0x50, 1), CData{});
+    EXPECT_EQ(m_errmsg, "no acknowledge from 0x50");
+    EXPECT_EQ(Read(0x50, 1), CData{0x11}) << "the chip has seen nothing of it";
+}
+
 TEST_F(SimDevice, ClearTakesTheFaultsOffAllBuses) {
     Call("stick", m_name);
     Call("stick", std::string("i2c-1"));
@@ -110,6 +122,9 @@ TEST_F(SimDevice, RefusesArgumentsOutOfRange) {
     EXPECT_EQ(m_log.Joined(0x30), "bad bit 8: 0 to 7");
     EXPECT_EQ(Call("fail-nth", m_name, uint32_t{0}).bytes, REFUSED);
     EXPECT_EQ(m_log.Joined(0x30), "bad transfer 0: 1 is the next one");
+    m_log.Clear();
+    EXPECT_EQ(Call("fail-nth", m_name, uint32_t{1}, std::string("loud")).bytes, REFUSED);
+    EXPECT_EQ(m_log.Joined(0x30), "bad fault \"loud\": arbitration or nack");
     EXPECT_TRUE(m_bus.Faults().Describe().empty());
 }
 
@@ -133,7 +148,7 @@ TEST_F(SimDevice, DeclaresTheArgumentsOfItsCommands) {
     EXPECT_EQ(names("nack"), "bus addr ");
     EXPECT_EQ(names("stick"), "bus ");
     EXPECT_EQ(names("flip"), "bus addr byte bit ");
-    EXPECT_EQ(names("fail-nth"), "bus n ");
+    EXPECT_EQ(names("fail-nth"), "bus n fault ");
     EXPECT_EQ(names("clear"), "");
     EXPECT_EQ(names("show"), "");
 }
