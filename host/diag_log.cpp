@@ -1,6 +1,7 @@
 #include "host/diag_log.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "framework/diag_functions.h"
 #include "framework/fmt_output.h"
@@ -21,12 +22,18 @@ void CDiagLog::RemoveSink(ILogSink& sink) {
 }
 
 void CDiagLog::Send(const CDiagMenu* node, unsigned int logword, const char* fmt, va_list args) {
-    CFmtString text;
-    text.vprintf(fmt, args);
-    const CLogRecord record{logword, node, std::string(text.c_str(), text.length())};
     const std::lock_guard<std::mutex> guard(m_lock);
+    std::optional<CLogRecord> record;  // made when the first sink wants it
     for (ILogSink* sink : m_sinks) {
-        sink->Write(record);
+        if (!sink->Takes(logword)) {
+            continue;
+        }
+        if (!record.has_value()) {
+            CFmtString text;
+            text.vprintf(fmt, args);
+            record = {logword, node, std::string(text.c_str(), text.length())};
+        }
+        sink->Write(*record);
     }
 }
 

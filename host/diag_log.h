@@ -19,6 +19,9 @@ struct CLogRecord {
 class ILogSink {
   public:
     virtual ~ILogSink() = default;
+    // Whether records of that log word are wanted. A text that nobody wants is
+    // not even made: transfers trace themselves, and most are not shown.
+    virtual bool Takes(unsigned int) const { return true; }
     virtual void Write(const CLogRecord& record) = 0;
 };
 
@@ -26,7 +29,7 @@ class CDiagLog {
   public:
     static CDiagLog& Instance();
 
-    // Sinks are not owned; each gets every record, one at a time.
+    // Sinks are not owned; each gets every record that it takes, one at a time.
     void AddSink(ILogSink& sink);
     void RemoveSink(ILogSink& sink);
 

@@ -69,6 +69,10 @@ void CTerminal::EndLine() {
     m_lines->EndLine();
 }
 
+void CTerminal::ShowOpenLine() {
+    m_lines->ShowOpenLine();
+}
+
 int CTerminal::Error() const {
     return m_lines->Error();
 }

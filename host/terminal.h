@@ -34,6 +34,9 @@ class CTerminal {
     void WriteError(std::string_view lines);
     // Ends the line that this thread left open, if it did.
     void EndLine();
+    // Shows a line as far as it is written. A whole line shows at once; commands
+    // write their lines in many pieces, and showing each would take its time.
+    void ShowOpenLine();
     // Why output got lost, an operating-system error number; 0 if none was.
     int Error() const;
 
@@ -84,6 +87,7 @@ class CTerminalLog : public ILogSink {
     void SetLevel(ELogTypes type, unsigned int level);
     void Hide(ELogTypes type);
 
+    bool Takes(unsigned int logword) const override;
     void Write(const CLogRecord& record) override;
 
   private:

@@ -49,6 +49,11 @@ void CTerminalLines::EndLine() {
     EndLineOf(std::this_thread::get_id());
 }
 
+void CTerminalLines::ShowOpenLine() {
+    const std::lock_guard<std::mutex> guard(m_lock);
+    Flush();
+}
+
 void CTerminalLines::SetFooter(const std::string& footer) {
     const std::lock_guard<std::mutex> guard(m_lock);
     HideFooter();
@@ -72,6 +77,7 @@ void CTerminalLines::BeginPrompt(const std::string& prompt) {
     const std::lock_guard<std::mutex> guard(m_lock);
     Submit(std::this_thread::get_id(), m_out, prompt);
     m_prompt = prompt;
+    Flush();
 }
 
 void CTerminalLines::EndPrompt() {
@@ -140,6 +146,9 @@ void CTerminalLines::Submit(std::thread::id thread, std::FILE* file, std::string
         Put(thread, file, text);
         PutWaiting();
         ShowFooter();
+        if (m_owner != std::thread::id() && file == m_out) {
+            return;  // ShowOpenLine or the end of the line will show it
+        }
     }
     Flush();
 }

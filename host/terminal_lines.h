@@ -21,6 +21,7 @@ class CTerminalLines {
     void WriteUnlessOpen(std::string_view lines);
     void WriteError(std::string_view lines);
     void EndLine();
+    void ShowOpenLine();
     int Error() const { return m_error; }
     void SetFooter(const std::string& footer);
     void SetPrefix(const std::string& prefix);

@@ -25,12 +25,15 @@ void CTerminalLog::Hide(ELogTypes type) {
     m_shown_below.at(type) = 0;
 }
 
+bool CTerminalLog::Takes(unsigned int logword) const {
+    return LogLevelOf(logword) < m_shown_below[LogTypeOf(logword)];
+}
+
 void CTerminalLog::Write(const CLogRecord& record) {
-    const ELogTypes type = LogTypeOf(record.logword);
-    if (LogLevelOf(record.logword) >= m_shown_below[type]) {
+    if (!Takes(record.logword)) {
         return;
     }
-    if (type == LOG_LT_PRINT) {
+    if (LogTypeOf(record.logword) == LOG_LT_PRINT) {
         m_terminal.Write(record.text);
         return;
     }

@@ -64,6 +64,7 @@ void CRunWatch::Look(uint64_t now) {
             entry.progress->Update(now);
         }
     }
+    m_terminal.ShowOpenLine();
 }
 
 void CRunWatch::LookAtWait(CEntry& entry, uint64_t now) {

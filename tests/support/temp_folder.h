@@ -35,7 +35,7 @@ class CTempFolder {
     // Writes a file below the folder, making the folders it needs.
     std::filesystem::path Write(const std::filesystem::path& file,
                                 std::span<const uint8_t> bytes) const {
-        const std::filesystem::path path = m_path / file;
+        std::filesystem::path path = m_path / file;
         std::filesystem::create_directories(path.parent_path());
         std::ofstream out(path, std::ios::binary);
         out.exceptions(std::ios::failbit | std::ios::badbit);
