@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -91,6 +92,9 @@ void OccupyStandardDescriptors() {
 
 int Run(int argc, const char* const* argv) {
     OccupyStandardDescriptors();
+    // A reader that went away is an error of the output, not the end of a test
+    // that has yet to restore what it wrote.
+    std::signal(SIGPIPE, SIG_IGN);
     // A plain C locale knows no characters beyond ASCII, and operators type them.
     if (std::setlocale(LC_CTYPE, "") == nullptr || MB_CUR_MAX == 1) {
         std::setlocale(LC_CTYPE, "C.UTF-8");

@@ -35,17 +35,32 @@ uint32_t CMuxChip::GetMaxTransSize() {
 }
 
 bool CMuxChip::probe(int level) {
-    if (level == 0) {
-        ClearAllDeviceAddrList();  // what an earlier probe found may be gone
-        DisableChannels();         // what is behind an open channel is not upstream
+    if (level != 0) {
+        return CDiagI2cSwitch::probe(level);
+    }
+    ClearAllDeviceAddrList();  // what an earlier probe found may be gone
+    // What is behind an open channel of this chip is not upstream of it.
+    if (!OpenWay() || DisableChannels() == 0) {
+        return false;
     }
     const bool ok = CDiagI2cSwitch::probe(level);
     // A probe that begins here marks the switch above as probing and leaves it
     // so; that switch would open no path any more.
-    if (auto* upstream = dynamic_cast<CMuxChip*>(m_pDev); upstream != nullptr && level == 0) {
+    if (CMuxChip* upstream = Upstream()) {
         upstream->m_is_probing = false;
     }
     return ok;
+}
+
+CMuxChip* CMuxChip::Upstream() const {
+    return dynamic_cast<CMuxChip*>(GetParentDevice());
+}
+
+// From the root bus to this chip, whatever the path mode.
+bool CMuxChip::OpenWay() {
+    CMuxChip* upstream = Upstream();
+    return upstream == nullptr ||
+           (upstream->OpenWay() && upstream->SelChannel(static_cast<uint8_t>(m_upstream_ch)) != 0);
 }
 
 int CMuxChip::ShowChannels() {
@@ -87,7 +102,11 @@ int CMuxChip::ClearChannels(uint32_t mask) {
 }
 
 int CMuxChip::SelChannel(uint8_t ch) {
-    return HasChannel(ch) ? Open(1U << ch) : 0;
+    if (!HasChannel(ch)) {
+        return 0;
+    }
+    const bool alone = GetParent() == nullptr || CloseOthers(*GetParent());
+    return alone && Open(1U << ch) != 0 && CloseOthers(*m_channels[ch].menu) ? 1 : 0;
 }
 
 int CMuxChip::DisableChannels() {
@@ -125,15 +144,41 @@ int CMuxChip::Open(uint32_t mask) {
     return WriteControl(*control) ? 1 : 0;
 }
 
+bool CMuxChip::CloseOthers(const CDiagObj& wire) const {
+    bool closed = true;
+    for (CDiagObj* child : wire.GetChildren()) {
+        auto* other = dynamic_cast<CMuxChip*>(child);
+        if (other != nullptr && other != this && other->m_may_be_open) {
+            closed = other->CloseOrMiss() && closed;
+        }
+    }
+    return closed;
+}
+
+// True also when the chip does not answer at all: it may not be fitted, which is
+// no reason to do without the others.
+bool CMuxChip::CloseOrMiss() {
+    byte_t control = 0;
+    CI2cXfrReq req;
+    m_may_be_open = !TransferControl(req, control);
+    if (!m_may_be_open) {
+        return true;
+    }
+    CI2cXfrReq again;
+    again.dir = 1;
+    if (!TransferControl(again, control)) {
+        return true;
+    }
+    SendLog(LW_ERR_TEST, "%s(0x%x): cannot close the channels: %s\n", GetName(), m_addr,
+            req.errmsg);
+    return false;
+}
+
 std::optional<uint8_t> CMuxChip::ReadControl() {
     byte_t control = 0;
     CI2cXfrReq req;
-    req.saddr = m_addr;
     req.dir = 1;
-    req.data = &control;
-    req.tsize = 1;
-    req.switch_ch = NO_CHANNEL;
-    if (!I2cTrans(req)) {
+    if (!TransferControl(req, control)) {
         SendLog(LW_ERR_TEST, "%s(0x%x): cannot read the control register: %s\n", GetName(), m_addr,
                 req.errmsg);
         return std::nullopt;
@@ -143,16 +188,21 @@ std::optional<uint8_t> CMuxChip::ReadControl() {
 
 bool CMuxChip::WriteControl(uint8_t control) {
     CI2cXfrReq req;
+    const bool ok = TransferControl(req, control);
+    m_may_be_open = !ok || m_part.OpenChannels(control) != 0;
+    if (!ok) {
+        SendLog(LW_ERR_TEST, "%s(0x%x): cannot write 0x%02x to the control register: %s\n",
+                GetName(), m_addr, control, req.errmsg);
+    }
+    return ok;
+}
+
+bool CMuxChip::TransferControl(CI2cXfrReq& req, byte_t& control) {
     req.saddr = m_addr;
     req.data = &control;
     req.tsize = 1;
     req.switch_ch = NO_CHANNEL;
-    if (!I2cTrans(req)) {
-        SendLog(LW_ERR_TEST, "%s(0x%x): cannot write 0x%02x to the control register: %s\n",
-                GetName(), m_addr, control, req.errmsg);
-        return false;
-    }
-    return true;
+    return I2cTrans(req);
 }
 
 CDiagMenu* CMuxChip::getChannelMenu(int ch) {

@@ -3,6 +3,11 @@
 //
 // Channel operations write and read the chip's control register through the
 // switch's own transfers. What is refused or fails is logged with its reason.
+//
+// Selecting a channel makes it the only way down from its piece of wire: other
+// multiplexers there, and those on the channel, are closed if they may be open.
+// Else two chips of one address would answer, and be written, together. Who
+// wants that sets channels.
 #pragma once
 
 #include <cstdint>
@@ -24,6 +29,7 @@ class CMuxChip : public CDiagI2cSwitch, public ISharedPath {
 
     // That of the upstream bus.
     uint32_t GetMaxTransSize() override;
+    // Opens the way to the chip, where the probe begins with it.
     bool probe(int level) override;
 
     int getNumberofChannels() override { return m_part.channels; }
@@ -54,13 +60,19 @@ class CMuxChip : public CDiagI2cSwitch, public ISharedPath {
         std::list<uint8_t> found;
     };
 
+    CMuxChip* Upstream() const;
+    bool OpenWay();
+    bool CloseOthers(const CDiagObj& wire) const;
+    bool CloseOrMiss();
     bool HasChannel(uint8_t ch);
     bool HasChannels(uint32_t mask);
     int Open(uint32_t mask);
     std::optional<uint8_t> ReadControl();
     bool WriteControl(uint8_t control);
+    bool TransferControl(CI2cXfrReq& req, byte_t& control);
 
     const mux_part_t& m_part;
     const uint8_t m_addr;
     std::vector<CChannel> m_channels;
+    bool m_may_be_open = true;  // until it has been closed from here
 };

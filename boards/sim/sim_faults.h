@@ -46,6 +46,8 @@ class CSimFaults {
         uint8_t byte;
         uint8_t bit;
 
+        // clang-tidy takes the 0 that this is compared with for a null pointer.
+        // NOLINTNEXTLINE(modernize-use-nullptr)
         auto operator<=>(const CFlip&) const = default;
     };
 

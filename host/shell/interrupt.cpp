@@ -16,10 +16,12 @@
 namespace {
 
 // The signal handler may do next to nothing, so it hands on through a pipe.
+constexpr std::array SIGNALS = {SIGINT, SIGTERM, SIGHUP};
 constexpr char INTERRUPTED = 'i';
 constexpr char FINISHED = 'f';
 std::array<int, 2> g_pipe{-1, -1};
 std::atomic<bool> g_pending{false};
+std::atomic<bool> g_end{false};
 int g_pending_event = -1;
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
 
@@ -28,8 +30,11 @@ void Tell(char what) {
     [[maybe_unused]] const ssize_t written = ::write(g_pipe[1], &what, 1);
 }
 
-extern "C" void OnInterrupt(int) {
+extern "C" void OnInterrupt(int signal) {
     const int saved = errno;
+    if (signal != SIGINT) {
+        g_end = true;
+    }
     g_pending = true;
     ::eventfd_write(g_pending_event, 1);
     Tell(INTERRUPTED);
@@ -52,11 +57,20 @@ CInterrupt::CInterrupt() {
 
     struct sigaction action {};
     action.sa_handler = OnInterrupt;
-    ::sigaction(SIGINT, &action, nullptr);
+    for (const int signal : SIGNALS) {
+        struct sigaction before {};
+        ::sigaction(signal, nullptr, &before);
+        // "nohup diagsh" shall outlive its terminal.
+        if (signal != SIGHUP || before.sa_handler != SIG_IGN) {
+            ::sigaction(signal, &action, nullptr);
+        }
+    }
 }
 
 CInterrupt::~CInterrupt() {
-    ::signal(SIGINT, SIG_DFL);
+    for (const int signal : SIGNALS) {
+        ::signal(signal, SIG_DFL);
+    }
     Tell(FINISHED);
     m_watcher.join();
     ::close(g_pipe[0]);
@@ -68,7 +82,14 @@ bool CInterrupt::IsPending() const {
     return g_pending;
 }
 
+bool CInterrupt::IsEnd() const {
+    return g_end;
+}
+
 void CInterrupt::Clear() {
+    if (g_end) {
+        return;
+    }
     g_pending = false;
     eventfd_t count = 0;
     ::eventfd_read(g_pending_event, &count);

@@ -1,4 +1,6 @@
 // Ctrl-C: asks what is in the foreground to stop and ends the script that runs it.
+// SIGTERM and SIGHUP, from a terminal that is closed, do the same for good: tests
+// have memories to restore before the shell may end.
 #pragma once
 
 #include <functional>
@@ -7,7 +9,7 @@
 
 class CInterrupt {
   public:
-    // Takes over SIGINT for as long as it lives; there is one at a time.
+    // Takes over the signals for as long as it lives; there is one at a time.
     CInterrupt();
     ~CInterrupt();
     CInterrupt(const CInterrupt&) = delete;
@@ -15,8 +17,10 @@ class CInterrupt {
 
     // Asks what runs now to stop, from a thread of its own; null for nothing.
     void SetForeground(std::function<void()> stop);
-    // Whether Ctrl-C came since the last Clear.
+    // Whether Ctrl-C came since the last Clear, or the end.
     bool IsPending() const;
+    // Whether the shell is to end.
+    bool IsEnd() const;
     void Clear();
     // A descriptor that is readable while Ctrl-C is pending: to be polled beside
     // the input, since a signal may come just before a read begins to wait.

@@ -92,6 +92,9 @@ EExitStatus RunTerminal(CShell& shell, CInterrupt& interrupt, ILineReader& lines
     while (!at_end && !shell.HasQuit() && shell.Terminal().Error() == 0) {
         interrupt.Clear();
         const ELine result = lines.Read(PathOf(shell.Current()) + "> ", line);
+        if (interrupt.IsEnd()) {
+            break;
+        }
         switch (result) {
             case ELine::READ:
             case ELine::TOO_LONG:
@@ -108,5 +111,5 @@ EExitStatus RunTerminal(CShell& shell, CInterrupt& interrupt, ILineReader& lines
         }
     }
     shell.Jobs().Leave();
-    return EXIT_PASSED;
+    return interrupt.IsEnd() ? EXIT_ABORTED : EXIT_PASSED;
 }

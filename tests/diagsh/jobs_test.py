@@ -89,6 +89,35 @@ class CommandLine(SlowBoard):
         self.assertEqual((child.returncode, err), (1, ""))
         self.assertIn("still\n", out)
 
+    def start(self, *commands):
+        arguments = [word for command in commands for word in ("-c", command)]
+        child = subprocess.Popen(self.words(*arguments), stdin=subprocess.DEVNULL,
+                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self.addCleanup(child.kill)
+        return child
+
+    def test_the_end_of_the_process_lets_tests_clean_up(self):
+        for end in (signal.SIGTERM, signal.SIGHUP):
+            with self.subTest(end):
+                child = self.start(f"b/until {self.go} &", f"a/until {self.go}")
+                lines = [child.stdout.readline() for _ in range(3)]
+                self.assertIn(b"a works\n", lines)
+                child.send_signal(end)
+                out, _ = child.communicate(timeout=60)
+                self.assertIn(b"a cleans up\n", out)
+                self.assertIn(b"[1] b cleans up\n", out)
+                self.assertEqual(child.returncode, 3)
+
+    def test_a_reader_that_goes_away_ends_no_test(self):
+        child = self.start(f"a/until {self.go} 50", "a/say 1")
+        self.assertEqual(child.stdout.readline(), b"a works\n")
+        child.stdout.close()
+        self.go.touch()
+        child.stdout = None
+        _, err = child.communicate(timeout=60)
+        self.assertEqual(child.returncode, 4)
+        self.assertIn(b"standard output: Broken pipe", err)
+
     def test_a_command_that_cannot_stop_says_so(self):
         with subprocess.Popen(self.words(), stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                               stderr=subprocess.PIPE, text=True) as child:

@@ -35,7 +35,9 @@ class MuxPath : public CMuxTest {
         AddMemory(m_low.chip.Channel(6), 0x51, 0xC7);
         m_slave = new CProbeSlave(m_low.driver, 6, 0x51);
         m_low.driver.getChannelMenu(6)->AddChild(m_slave, CDiagObj::NO_SORT);
-        m_top.driver.DisableChannels();
+        // From here on it is known that all of them are closed.
+        m_slave->EnablePath();
+        m_slave->ClearPath();
         m_bus.ClearTape();
     }
 
@@ -45,7 +47,7 @@ class MuxPath : public CMuxTest {
     CProbeSlave* m_slave;
 };
 
-const CTape OPENED = {"[00 00 08] 77 w 09", "[09 00 08] 70 w 04", "[09 04 08] 71 w 0e"};
+const CTape OPENED = {"[00 00 00] 77 w 09", "[09 00 00] 70 w 04", "[09 04 00] 71 w 0e"};
 
 TEST_F(MuxPath, OpensFromTheTopAndClosesFromTheBottom) {
     ASSERT_TRUE(m_slave->EnablePath());
@@ -94,7 +96,7 @@ TEST_F(MuxPath, IsOnlyAnnouncedInModeThree) {
     m_bus.SetSwMode(3);
     const CLogCapture log;
     EXPECT_EQ(m_slave->Read(), -1);
-    EXPECT_EQ(m_bus.Tape(), CTape{"[00 00 08] 51 w 00 51 r 00 nak"});
+    EXPECT_EQ(m_bus.Tape(), CTape{"[00 00 00] 51 w 00 51 r 00 nak"});
     EXPECT_EQ(log.Texts(LW_INFO), CTape{"Setting up I2C path for deivce. end channel=6\n"});
 }
 
@@ -105,7 +107,8 @@ TEST_F(MuxPath, EndsWhereASwitchDoesNotAnswer) {
     m_top.driver.getChannelMenu(4)->AddChild(&missing, CDiagObj::NO_SORT);
 
     EXPECT_FALSE(below->EnablePath(0));
-    EXPECT_EQ(m_bus.Tape(), (CTape{"[00 00 08] 77 w 0c", "[0c 00 08] 72 w 02 nak"}));
+    EXPECT_EQ(m_bus.Tape(), (CTape{"[00 00 00] 77 w 0c", "[0c 00 00] 72 w 00 nak",
+                                   "[0c 00 00] 72 r 00 nak", "[0c 00 00] 72 w 02 nak"}));
     m_top.driver.getChannelMenu(4)->RemoveChild(missing.GetId()).release();
 }
 
@@ -116,6 +119,60 @@ TEST_F(MuxPath, OpensAgainAfterAProbeThatBeganBelow) {
     m_bus.ClearTape();
     ASSERT_TRUE(m_slave->EnablePath());
     EXPECT_EQ(m_slave->Read(), 0xC7);
+}
+
+TEST_F(MuxPath, IsTheOnlyOneOnItsBus) {
+    const CMuxPair other = AddMux("pca9548", 0x74);
+    AddMemory(other.chip.Channel(3), 0x51, 0x00);
+    Call(other.driver, "set-channel", uint8_t{3});
+    m_bus.ClearTape();
+    ASSERT_TRUE(m_slave->EnablePath());
+    EXPECT_EQ(m_slave->Read(), 0xC7) << "alone on the wire";
+    EXPECT_EQ(m_bus.Tape().front(), "[00 00 00 08] 74 w 00");
+    ASSERT_TRUE(m_slave->ClearPath());
+    m_bus.ClearTape();
+    ASSERT_TRUE(m_slave->EnablePath());
+    EXPECT_EQ(m_bus.Tape().size(), 3U) << "what is closed is not closed again";
+}
+
+TEST_F(MuxPath, IsNotOpenedBesideOneThatCannotBeClosed) {
+    const CMuxPair other = AddMux("pca9548", 0x74);
+    m_bus.Faults().FailNth(1);
+    const CLogCapture log;
+    EXPECT_FALSE(m_slave->EnablePath());
+    EXPECT_EQ(m_bus.Tape(), (CTape{"[00 00 00 00] 74 w 00 nak", "[00 00 00 00] 74 r 00"}));
+    EXPECT_EQ(log.Texts(LW_ERR_TEST),
+              CTape{std::string(other.driver.GetName()) +
+                    "(0x74): cannot close the channels: arbitration lost\n"});
+    EXPECT_TRUE(m_slave->EnablePath());
+}
+
+TEST_F(MuxPath, ClosesWhatMayBeOpenOnTheChannel) {
+    Call(*m_slave, "enable-path");
+    m_bus.ClearTape();
+    Call(m_top.driver, "sel-channel", uint8_t{1});
+    EXPECT_EQ(m_bus.Tape(), (CTape{"[09 04 0e] 77 w 09", "[09 04 0e] 70 w 00"}));
+    EXPECT_EQ(m_slave->Read(), -1);
+}
+
+TEST_F(MuxPath, IsFoundByAProbeOfTheBusAlsoWhenItWasOpen) {
+    Call(*m_slave, "enable-path");
+    ASSERT_EQ(Call(m_bus, "probe").Code(), MSG_SUCCESS);
+    EXPECT_EQ(m_low.driver.GetMyDeviceAddrList(6).front(), 0x51);
+    EXPECT_EQ(m_top.driver.GetMyDeviceAddrList(1), std::list<uint8_t>{0x70});
+}
+
+TEST_F(MuxPath, IsFoundByAProbeOfTheThirdSwitch) {
+    const CLogCapture log;
+    ASSERT_EQ(Call(m_low.driver, "probe").Code(), MSG_SUCCESS);
+    EXPECT_EQ(m_low.driver.GetMyDeviceAddrList(6), std::list<uint8_t>{0x51});
+    EXPECT_TRUE(log.Texts(LW_ERR_TEST).empty());
+}
+
+TEST_F(MuxPath, OfASwitchThatDoesNotAnswerCannotBeProbed) {
+    auto* missing = new CMuxChip(*FindMuxPart("pca9548"), "missing", "multiplexer", 0, 0x72, 4);
+    m_top.driver.getChannelMenu(4)->AddChild(missing, CDiagObj::NO_SORT);
+    EXPECT_EQ(Call(*missing, "probe").Code(), MSG_ERR_FAIL);
 }
 
 TEST_F(MuxPath, IsProbedFromASwitchWithoutWhatItsBusShows) {

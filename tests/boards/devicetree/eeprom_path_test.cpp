@@ -139,6 +139,7 @@ TEST_F(EepromPathLost, KeepsTheReadWriteTestFromWriting) {
 
 TEST_F(EepromPathLost, OnTheWayBackIsSaidByPeek) {
     SimBus().Faults().Clear();
+    ASSERT_EQ(Peek(0, 0).Code(), MSG_SUCCESS);  // now all are known to be closed
     // Three channels to select, one byte, then three multiplexers to close.
     SimBus().Faults().FailNth(3 + 1 + 2);
     EXPECT_EQ(Peek(0, 0).bytes, Bytes{MSG_ERR_FAIL});

@@ -141,6 +141,7 @@ void EepromRwFault::StopAtEveryTransfer() {
 }
 
 void EepromRwFault::FailAtEveryTransfer(ESimFailure how) {
+    ASSERT_EQ(RunTest().Code(), MSG_SUCCESS);  // the first one closes multiplexers too
     const uint64_t before = SimBus().GetTransfers();
     ASSERT_EQ(RunTest().Code(), MSG_SUCCESS);
     const auto all = static_cast<uint32_t>(SimBus().GetTransfers() - before);

@@ -122,6 +122,7 @@ TEST_F(QuillbankEeprom, LosesNoByteUnnamedWhateverTransferOfATestIsNotAcknowledg
         held[at] = static_cast<uint8_t>(at * 3);
     }
     WriteFile(State() / PARAM_FILE, held);
+    ASSERT_EQ(Send(test, MSG_CALL, uint16_t{64}, uint16_t{140}).Code(), MSG_SUCCESS);
     const uint64_t before = bus.GetTransfers();
     ASSERT_EQ(Send(test, MSG_CALL, uint16_t{64}, uint16_t{140}).Code(), MSG_SUCCESS);
     const auto all = static_cast<uint32_t>(bus.GetTransfers() - before);
