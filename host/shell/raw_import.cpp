@@ -116,23 +116,55 @@ class CImport {
     void Verify() {
         const bool late = m_aborted;
         const CRanges written = std::exchange(m_outcome.unread, {});
-        auto next = written.begin();
-        try {
-            for (; next != written.end(); ++next) {
-                std::vector<byte_t> back(next->size);
-                if (!m_node.Read(next->first, back, [&] { return late || !StopsAtCtrlC(); })) {
-                    break;
-                }
-                const auto kept = BytesOf(*next, m_offset, std::span(m_read_back));
-                const bool equal = std::equal(back.begin(), back.end(), kept.begin());
-                std::copy(back.begin(), back.end(), kept.begin());
-                (equal ? m_outcome.verified : m_outcome.different).push_back(*next);
+        for (const CRawRange& range : written) {
+            if (IsLost() || (!late && StopsAtCtrlC()) || !ReadBack(range, false)) {
+                m_outcome.unread.push_back(range);
             }
-        } catch (...) {
-            m_error += (m_error.empty() ? "" : "; reading back: ") + CurrentExceptionText();
         }
-        m_outcome.unread.assign(next, written.end());
+        const CRanges doubtful = std::exchange(m_outcome.doubtful, {});
+        for (const CRawRange& range : doubtful) {
+            if (IsLost() || !ReadBack(range, true)) {
+                m_outcome.doubtful.push_back(range);
+            }
+        }
     }
+
+    // Puts the range where it belongs by what it holds; false when it cannot be
+    // read. A read that failed is tried again: it says nothing of what was written.
+    bool ReadBack(const CRawRange& range, bool doubtful) {
+        constexpr unsigned int TRIES = 2;
+        std::vector<byte_t> back(range.size);
+        for (unsigned int tries = 1;; ++tries) {
+            try {
+                m_node.Read(range.first, back, [] { return true; });
+                break;
+            } catch (...) {
+                if (tries == TRIES) {
+                    ++m_unreadable;
+                    m_error += (m_error.empty() ? "" : "; reading back: ") + CurrentExceptionText();
+                    return false;
+                }
+            }
+        }
+        m_unreadable = 0;
+        const auto holds = [&](std::span<const byte_t> bytes) {
+            return std::equal(back.begin(), back.end(), BytesOf(range, m_offset, bytes).begin());
+        };
+        if (holds(m_wanted)) {
+            m_outcome.verified.push_back(range);
+        } else if (doubtful && holds(m_present)) {
+            m_outcome.unwritten.insert(m_outcome.unwritten.begin(), range);
+        } else {
+            m_outcome.different.push_back(range);
+            std::copy(back.begin(), back.end(),
+                      BytesOf(range, m_offset, std::span(m_read_back)).begin());
+        }
+        return true;
+    }
+
+    // Ranges one after the other that cannot be read will not be read by trying
+    // them all.
+    bool IsLost() const { return m_unreadable > 1; }
 
     EExitStatus Report() const {
         if (m_outcome.verified.size() == m_ranges.size()) {
@@ -178,6 +210,7 @@ class CImport {
     COutcome m_outcome;
     std::string m_error;
     bool m_aborted = false;
+    unsigned int m_unreadable = 0;  // ranges in a row that could not be read back
 };
 
 uint32_t ParseOffset(const CRawNode& node, const std::string& word) {

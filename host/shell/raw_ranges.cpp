@@ -77,7 +77,8 @@ std::string ShowDifferences(const CRawPair& pair, const std::vector<CRawRange>& 
         text += ShowRange(pair, ranges[i]);
     }
     if (shown < ranges.size()) {
-        text += "  ... " + Count(ranges.size() - shown, "more range") + "\n";
+        const std::vector<CRawRange> rest(ranges.begin() + RANGES_SHOWN, ranges.end());
+        text += "  ... " + Count(rest.size(), "more range") + ": " + JoinRanges(rest) + "\n";
     }
     return text;
 }

@@ -83,9 +83,9 @@ TEST(RawRanges, ShowTwoRowsOfALongRange) {
 TEST(RawRanges, ShowTheFirstFourOfMany) {
     EXPECT_TRUE(Shown(0, CBytes(4), CBytes(4, 1), 1).ends_with("new 0x3:  01\n"));
     EXPECT_TRUE(
-        Shown(0, CBytes(5), CBytes(5, 1), 1).ends_with("new 0x3:  01\n  ... 1 more range\n"));
-    EXPECT_TRUE(
-        Shown(0, CBytes(9), CBytes(9, 1), 1).ends_with("new 0x3:  01\n  ... 5 more ranges\n"));
+        Shown(0, CBytes(5), CBytes(5, 1), 1).ends_with("new 0x3:  01\n  ... 1 more range: 0x4\n"));
+    EXPECT_TRUE(Shown(0, CBytes(9), CBytes(9, 1), 1)
+                    .ends_with("new 0x3:  01\n  ... 5 more ranges: 0x4..0x8\n"));
 }
 
 }  // namespace
