@@ -74,7 +74,7 @@ class CLockTable {
     }
 
   private:
-    using CKey = std::pair<const CDiagDevice*, bool>;
+    using CKey = std::pair<const CDiagMenu*, bool>;
 
     static CKey KeyOf(const CDeviceClaim& claim) { return {claim.device, claim.path}; }
 
@@ -180,9 +180,10 @@ CClaims WithPaths(const CClaims& claims) {
     CClaims all = claims;
     std::set<const CDiagDevice*> paths;
     for (const CDeviceClaim& claim : claims) {
-        for (const CDiagObj* node = claim.device; node != nullptr; node = node->GetParent()) {
+        const auto* device = dynamic_cast<const CDiagDevice*>(claim.device);
+        for (const CDiagObj* node = device; node != nullptr; node = node->GetParent()) {
             const auto* shared = dynamic_cast<const ISharedPath*>(node);
-            const CDiagDevice* path = shared != nullptr ? shared->PathTo(*claim.device) : nullptr;
+            const CDiagDevice* path = shared != nullptr ? shared->PathTo(*device) : nullptr;
             if (path != nullptr && paths.insert(path).second) {
                 all.push_back({path, DEV_LOCK_ACCESS, true});
             }

@@ -12,14 +12,14 @@
 #include "framework/diag_device.h"
 
 struct CDeviceClaim {
-    const CDiagDevice* device;
+    const CDiagMenu* device;  // or a test, which runs once at a time
     EDevLockType type;
     bool path = false;  // the path through the device, apart from the device itself
 };
 
 // What a thread waits for, and one of those who have it.
 struct CDeviceWait {
-    const CDiagDevice* device;
+    const CDiagMenu* device;
     bool path;
     std::thread::id holder;
 };

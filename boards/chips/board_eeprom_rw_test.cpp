@@ -86,7 +86,12 @@ void CBoardEepromRwTest::LookAgain(CDiagI2cEepromDevice& eeprom,
     std::vector<byte_t> now(held.size());
     size_t known = 0;
     try {
-        OnOpenPath(eeprom, [&] { known = ReadBack(eeprom, now); });
+        OnOpenPath(eeprom, [&] {
+            known = ReadBack(eeprom, now);
+            if (PutBack(eeprom, held, now, known)) {
+                known = ReadBack(eeprom, now);
+            }
+        });
     } catch (const CDiagException& e) {
         SendLog(LW_ERR_TEST, "ERROR: EEPROM contents after the test: %s\n", e.what());
     }
@@ -97,6 +102,30 @@ void CBoardEepromRwTest::LookAgain(CDiagI2cEepromDevice& eeprom,
         SendLog(LW_PRINT, "EEPROM 0x%04x to 0x%04x holds what it held before the test\n", m_sa,
                 m_ea);
     }
+}
+
+// Writes what differs in the first `known` bytes once more: one bad transfer is
+// enough to leave the rest of a chunk unwritten. False when nothing differs.
+bool CBoardEepromRwTest::PutBack(CDiagI2cEepromDevice& eeprom, const std::vector<byte_t>& held,
+                                 const std::vector<byte_t>& now, size_t known) const {
+    bool differs = false;
+    for (size_t at = 0; at < known; at += m_xfer_size) {
+        const size_t size = std::min<size_t>(m_xfer_size, known - at);
+        if (std::equal(held.begin() + static_cast<ptrdiff_t>(at),
+                       held.begin() + static_cast<ptrdiff_t>(at + size),
+                       now.begin() + static_cast<ptrdiff_t>(at))) {
+            continue;
+        }
+        if (!differs) {
+            SendLog(LW_PRINT, "EEPROM contents differ, putting them back once more\n");
+            differs = true;
+        }
+        if (!eeprom.WriteMemory(static_cast<uint16_t>(m_sa + at), &held[at],
+                                static_cast<uint16_t>(size))) {
+            break;
+        }
+    }
+    return differs;
 }
 
 // Returns how many bytes could be read.

@@ -1,7 +1,8 @@
 // The test "rw-test" of a board's EEPROM. The library's test puts back what it
-// can and says no more of it; this one keeps what the range held, and after a
-// run that did not pass it looks again and names every byte that is not as it
-// was, with what it held. A read-only EEPROM is not tested.
+// can and says no more of it; this one keeps what the range held. After a run
+// that did not pass it looks again, puts back once more what is not as it was,
+// and names every byte that still is not, with what it held. A read-only EEPROM
+// is not tested.
 #pragma once
 
 #include <cstdint>
@@ -25,6 +26,8 @@ class CBoardEepromRwTest : public CDiagI2cEepromReadWriteTest {
     EResCode Look(CDiagI2cEepromDevice& eeprom, std::vector<byte_t>& held);
     bool ReadAll(CDiagI2cEepromDevice& eeprom, std::vector<byte_t>& held);
     void LookAgain(CDiagI2cEepromDevice& eeprom, const std::vector<byte_t>& held) const;
+    bool PutBack(CDiagI2cEepromDevice& eeprom, const std::vector<byte_t>& held,
+                 const std::vector<byte_t>& now, size_t known) const;
     size_t ReadBack(CDiagI2cEepromDevice& eeprom, std::vector<byte_t>& now) const;
     bool NameChanges(const std::vector<byte_t>& held, const std::vector<byte_t>& now,
                      size_t known) const;

@@ -121,11 +121,15 @@ class CRowPrinter {
 
 // Elements of an array are moved to and from its device, if it has one; values
 // keep what they show.
-std::unique_ptr<CDeviceUse> UseDeviceOf(CShell& shell, const CDiagMenu& array, const char* verb) {
+std::unique_ptr<CDeviceUse> UseDeviceOf(const CShell& shell, const CDiagMenu& array) {
     const CDiagDevice* device = array.GetParentDevice();
     return device == nullptr ? nullptr
-                             : std::make_unique<CDeviceUse>(shell, *device, DEV_LOCK_PROTECT,
-                                                            verb + (" " + PathOf(array)));
+                             : std::make_unique<CDeviceUse>(shell, *device, DEV_LOCK_PROTECT);
+}
+
+// Ctrl-C came while the device was waited for.
+EExitStatus ReportAborted(const CShell& shell, const CTarget& target) {
+    return shell.ReportFailure(target.Node(), "aborted", EXIT_ABORTED);
 }
 
 EExitStatus PeekValue(CShell& shell, const CTarget& target) {
@@ -140,9 +144,9 @@ EExitStatus PeekValue(CShell& shell, const CTarget& target) {
 }
 
 EExitStatus PeekArray(CShell& shell, const CTarget& target, const CRange& range) {
-    const auto use = UseDeviceOf(shell, target.Node(), "peek");
+    const auto use = UseDeviceOf(shell, target.Node());
     if (use != nullptr && !use->IsHeld()) {
-        return EXIT_ABORTED;
+        return ReportAborted(shell, target);
     }
     CRowPrinter rows(shell, target);
     uint64_t first = range.first;
@@ -205,9 +209,9 @@ EExitStatus Poke(CShell& shell, const std::vector<std::string>& arguments) {
     if (target.IsArray()) {
         const CRange range = ParseRange(target, arguments[1]);
         request << range.first << range.last;
-        use = UseDeviceOf(shell, target.Node(), "poke");
+        use = UseDeviceOf(shell, target.Node());
         if (use != nullptr && !use->IsHeld()) {
-            return EXIT_ABORTED;
+            return ReportAborted(shell, target);
         }
     }
     CReply reply(target.Node(), request);

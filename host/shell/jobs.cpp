@@ -61,13 +61,17 @@ EExitStatus CJobs::Leave() {
                          (running.size() == 1 ? " job is" : " jobs are") +
                          " asked to stop and awaited\n");
     }
+    std::vector<CJob*> cut_short;
     for (CJob* job : running) {
-        const bool wanted = job->IsStopRequested();
-        if (!wanted) {
+        if (!job->IsStopRequested()) {
             job->Stop();
+            cut_short.push_back(job);
         }
+    }
+    for (CJob* job : running) {
         job->Await([] { return false; });
-        worst = Worse(worst, wanted ? UntoldResult(*job) : *job->Result());
+        const bool cut = std::find(cut_short.begin(), cut_short.end(), job) != cut_short.end();
+        worst = Worse(worst, cut ? *job->Result() : UntoldResult(*job));
     }
     m_jobs.clear();
     return worst;

@@ -1,9 +1,11 @@
 #include "host/shell/node_run.h"
 
+#include <memory>
 #include <utility>
 
 #include "framework/diag_exception.h"
 #include "framework/diag_test_base.h"
+#include "host/device_lock.h"
 #include "host/diag_tree.h"
 #include "host/shell/node_kind.h"
 #include "host/shell/printable.h"
@@ -51,6 +53,11 @@ const CDiagTestBase* CNodeRun::Test() const {
 
 EResCode CNodeRun::Perform(CTerminal& terminal) {
     const CRunStop::CScope scope(m_stop);
+    // A test refuses a second run of itself; here the runs take turns.
+    std::unique_ptr<CDeviceHold> turn;
+    if (Test() != nullptr) {
+        turn = CDeviceHold::Acquire({{&m_node, DEV_LOCK_ACCESS}}, CRunStop::IsRequestedHere);
+    }
     m_begun = true;
     if (m_stop.IsRequested()) {
         return MSG_ERR_ABORTED;

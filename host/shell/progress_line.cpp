@@ -1,6 +1,7 @@
 #include "host/shell/progress_line.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "framework/diag_test_base.h"
 #include "host/terminal.h"
@@ -23,8 +24,8 @@ std::string PercentOf(const CDiagTestBase& test) {
     return total == 0 ? "" : std::to_string(PerCent(test.GetProgressDone(), total, 100)) + "%";
 }
 
-CProgressLine::CProgressLine(CTerminal& terminal, const CDiagTestBase& test, unsigned int columns)
-    : m_terminal(terminal), m_test(test), m_columns(columns) {}
+CProgressLine::CProgressLine(CTerminal& terminal, const CDiagTestBase& test, CColumns columns)
+    : m_terminal(terminal), m_test(test), m_columns(std::move(columns)) {}
 
 CProgressLine::~CProgressLine() {
     m_terminal.SetFooter("");
@@ -42,14 +43,15 @@ void CProgressLine::Update(uint64_t now) {
         return;
     }
     Measure(sample);
-    if (m_columns == 0) {
+    const unsigned int columns = m_columns();
+    if (columns == 0) {
         if (now - m_shown >= LINE_EVERY_MS) {
             m_shown = now;
             m_terminal.WriteUnlessOpen(Text(sample) + "\n");
         }
     } else if (now - *m_begun >= BAR_AFTER_MS && now - m_shown >= BAR_EVERY_MS) {
         m_shown = now;
-        m_terminal.SetFooter(Bar(sample));
+        m_terminal.SetFooter(Bar(sample, columns));
     }
 }
 
@@ -84,12 +86,12 @@ std::string CProgressLine::Text(const CSample& sample) const {
 }
 
 // The same behind "[#########-----------] ".
-std::string CProgressLine::Bar(const CSample& sample) const {
+std::string CProgressLine::Bar(const CSample& sample, unsigned int columns) const {
     std::string bar;
     if (const uint64_t total = m_test.GetProgressTotal(); total != 0) {
         const size_t filled = PerCent(sample.done, total, BAR_WIDTH);
         bar = "[" + std::string(filled, '#') + std::string(BAR_WIDTH - filled, '-') + "] ";
     }
     // The last column is left free: some terminals go to the next row behind it.
-    return (bar + Text(sample)).substr(0, m_columns - 1);
+    return (bar + Text(sample)).substr(0, columns - 1);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -16,8 +17,10 @@ class CProgressLine {
     static constexpr uint64_t BAR_EVERY_MS = 200;
     static constexpr uint64_t LINE_EVERY_MS = 5000;
 
-    // `columns` of the screen; 0 without one.
-    CProgressLine(CTerminal& terminal, const CDiagTestBase& test, unsigned int columns);
+    // The columns of the screen at the time, 0 without one.
+    using CColumns = std::function<unsigned int()>;
+
+    CProgressLine(CTerminal& terminal, const CDiagTestBase& test, CColumns columns);
     // Takes the bar away.
     ~CProgressLine();
     CProgressLine(const CProgressLine&) = delete;
@@ -34,11 +37,11 @@ class CProgressLine {
 
     void Measure(const CSample& sample);
     std::string Text(const CSample& sample) const;
-    std::string Bar(const CSample& sample) const;
+    std::string Bar(const CSample& sample, unsigned int columns) const;
 
     CTerminal& m_terminal;
     const CDiagTestBase& m_test;
-    const unsigned int m_columns;
+    const CColumns m_columns;
     std::optional<uint64_t> m_begun;  // when the test was first seen to work
     uint64_t m_shown = 0;             // when something was last shown
     CSample m_from{};                 // where the rate is measured from

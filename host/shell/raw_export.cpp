@@ -16,7 +16,7 @@ EExitStatus Export(CShell& shell, const std::vector<std::string>& arguments) {
     const auto go_on = [&shell] { return !shell.IsInterrupted(); };
     std::vector<byte_t> contents(node.Size());
     try {
-        const CDeviceUse use(shell, node.Device(), DEV_LOCK_ACCESS, "export " + node.Path());
+        const CDeviceUse use(shell, node.Device(), DEV_LOCK_ACCESS);
         if (!use.IsHeld() || !node.Read(0, contents, go_on)) {
             return shell.ReportFailure(node.Device(), "export aborted, no file was written",
                                        EXIT_ABORTED);

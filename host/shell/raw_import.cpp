@@ -60,8 +60,7 @@ class CImport {
     EExitStatus Run(bool ask) {
         std::unique_ptr<CDeviceUse> use;
         try {
-            use = std::make_unique<CDeviceUse>(m_shell, m_node.Device(), DEV_LOCK_ACCESS,
-                                               "import " + m_node.Path());
+            use = std::make_unique<CDeviceUse>(m_shell, m_node.Device(), DEV_LOCK_ACCESS);
             if (!use->IsHeld() ||
                 !m_node.Read(m_offset, m_present, [this] { return !m_shell.IsInterrupted(); })) {
                 return AbortedEarly();

@@ -126,8 +126,8 @@ CRunWatch::CRunning::CRunning(CRunWatch& watch, const std::string& name, const C
     : m_watch(watch) {
     CEntry entry{std::this_thread::get_id(), name, 0, nullptr, std::nullopt, false};
     if (test != nullptr) {
-        entry.progress =
-            std::make_unique<CProgressLine>(watch.m_terminal, *test, watch.m_terminal.Columns());
+        entry.progress = std::make_unique<CProgressLine>(
+            watch.m_terminal, *test, [&terminal = watch.m_terminal] { return terminal.Columns(); });
     }
     m_entry = watch.Add(std::move(entry));
 }

@@ -12,6 +12,19 @@
 #include "host/shell/usage_error.h"
 #include "host/shell/word_splitter.h"
 
+namespace {
+
+// The words as the operator may have typed them.
+std::string Joined(const std::vector<std::string>& words) {
+    std::string line;
+    for (const std::string& word : words) {
+        line += (line.empty() ? "" : " ") + Printable(word);
+    }
+    return line;
+}
+
+}  // namespace
+
 CShell::CShell(CDiagMenu& root, CTerminal& terminal, CInterrupt& interrupt)
     : m_root(root),
       m_current_id(root.GetId()),
@@ -53,7 +66,7 @@ EExitStatus CShell::ExecuteWords(const std::vector<std::string>& words, bool bac
         if (background) {
             throw CUsageError(words.front() + ": & runs commands and tests, not built-ins");
         }
-        const CRunWatch::CRunning running(m_watch, words.front(), nullptr);
+        const CRunWatch::CRunning running(m_watch, Joined(words), nullptr);
         return RunBuiltin(*builtin, *this, arguments);
     }
     CDiagObj& node = NodeAt(words.front());

@@ -38,7 +38,6 @@ class CShell {
     // The node at `path`; throws CUsageError that says how far the path goes.
     CDiagObj& NodeAt(const std::string& path) const;
     void Print(const std::string& text) const { m_terminal.Write(text); }
-    CRunWatch& Watch() { return m_watch; }
     CJobs& Jobs() { return m_jobs; }
     const CJobs& Jobs() const { return m_jobs; }
 

@@ -186,8 +186,8 @@ class DeviceClaims : public testing::Test {
         m_switch->AddChild(m_slave, CDiagObj::NO_SORT);
         m_bus.AddChild(m_eeprom, CDiagObj::NO_SORT);
     }
-    static std::set<const CDiagDevice*> Devices(const CClaims& claims) {
-        std::set<const CDiagDevice*> devices;
+    static std::set<const CDiagMenu*> Devices(const CClaims& claims) {
+        std::set<const CDiagMenu*> devices;
         for (const CDeviceClaim& claim : claims) {
             devices.insert(claim.device);
         }
@@ -212,7 +212,7 @@ TEST_F(DeviceClaims, AreOnTheDeviceAloneUnlessRecursive) {
 TEST_F(DeviceClaims, AreOnAllDevicesBelowWhenRecursive) {
     CClaims claims;
     AddDeviceClaims(claims, m_bus, DEV_LOCK_ACCESS, true);
-    EXPECT_EQ(Devices(claims), (std::set<const CDiagDevice*>{&m_bus, m_switch, m_slave, m_eeprom}));
+    EXPECT_EQ(Devices(claims), (std::set<const CDiagMenu*>{&m_bus, m_switch, m_slave, m_eeprom}));
     for (const CDeviceClaim& claim : claims) {
         EXPECT_EQ(claim.type, DEV_LOCK_ACCESS);
     }
@@ -221,14 +221,14 @@ TEST_F(DeviceClaims, AreOnAllDevicesBelowWhenRecursive) {
 TEST_F(DeviceClaims, LeaveOutWhatIsNotBelow) {
     CClaims claims;
     AddDeviceClaims(claims, *m_switch, DEV_LOCK_ACCESS, true);
-    EXPECT_EQ(Devices(claims), (std::set<const CDiagDevice*>{m_switch, m_slave}));
+    EXPECT_EQ(Devices(claims), (std::set<const CDiagMenu*>{m_switch, m_slave}));
 }
 
 TEST_F(DeviceClaims, AreAddedToThoseThatAreThere) {
     CClaims claims;
     AddDeviceClaims(claims, *m_eeprom, DEV_LOCK_PROTECT, false);
     AddDeviceClaims(claims, *m_slave, DEV_LOCK_ACCESS, false);
-    EXPECT_EQ(Devices(claims), (std::set<const CDiagDevice*>{m_eeprom, m_slave}));
+    EXPECT_EQ(Devices(claims), (std::set<const CDiagMenu*>{m_eeprom, m_slave}));
 }
 
 TEST_F(DeviceClaims, HoldADeviceFarBelow) {

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <future>
+#include <mutex>
 
 class CGate {
   public:
@@ -11,9 +12,13 @@ class CGate {
     bool IsOpen() const {
         return m_opened.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     }
-    void Open() { m_open.set_value(); }
+    // Opening it again does nothing.
+    void Open() {
+        std::call_once(m_once, [this] { m_open.set_value(); });
+    }
 
   private:
+    std::once_flag m_once;
     std::promise<void> m_open;
     const std::shared_future<void> m_opened = m_open.get_future().share();
 };

@@ -28,6 +28,25 @@ class CAtTransfer : public ILogSink {
     const CLogSinkScope m_scope{*this};
 };
 
+// Acts whenever the board's test writes bytes back that the library's could not.
+class CAtSecondTry : public ILogSink {
+  public:
+    explicit CAtSecondTry(std::function<void()> act) : m_act(std::move(act)) {}
+
+    void Write(const CLogRecord& record) override {
+        if (record.text == "EEPROM contents differ, putting them back once more\n") {
+            ++m_count;
+            m_act();
+        }
+    }
+    unsigned int Count() const { return m_count; }
+
+  private:
+    const std::function<void()> m_act;
+    unsigned int m_count = 0;
+    const CLogSinkScope m_scope{*this};
+};
+
 // The bytes that a log names, by address.
 struct CNamed {
     std::map<size_t, uint8_t> not_restored;
@@ -109,7 +128,7 @@ class EepromRwFault : public CEepromMountTest {
     }
 
     void StopAtEveryTransfer();
-    void FailAtEveryTransfer(ESimFailure how);
+    void FailAtEveryTransfer(ESimFailure how, bool twice);
     void LoseTheChipAtEveryTransfer();
     void ThrowAtEveryTransfer();
 };
@@ -140,12 +159,17 @@ void EepromRwFault::StopAtEveryTransfer() {
     }
 }
 
-void EepromRwFault::FailAtEveryTransfer(ESimFailure how) {
+void EepromRwFault::FailAtEveryTransfer(ESimFailure how, bool twice) {
     ASSERT_EQ(RunTest().Code(), MSG_SUCCESS);  // the first one closes multiplexers too
     const uint64_t before = SimBus().GetTransfers();
     ASSERT_EQ(RunTest().Code(), MSG_SUCCESS);
     const auto all = static_cast<uint32_t>(SimBus().GetTransfers() - before);
     unsigned int lossy = 0;
+    const CAtSecondTry second_try([&] {
+        if (twice) {
+            SimBus().Faults().FailNth(1, how);
+        }
+    });
     for (uint32_t n = 1; n <= all; ++n) {
         SCOPED_TRACE("fault at transfer " + std::to_string(n) + " of " + std::to_string(all));
         Refill();
@@ -157,7 +181,8 @@ void EepromRwFault::FailAtEveryTransfer(ESimFailure how) {
         EXPECT_TRUE(named.unknown.empty()) << "one fault does not keep the bytes from being read";
         lossy += named.not_restored.empty() ? 0 : 1;
     }
-    EXPECT_GT(lossy, 0U) << "no fault hit the writing back: this test has shown nothing";
+    EXPECT_GT(second_try.Count(), 0U) << "no fault hit the writing back: nothing is shown";
+    EXPECT_EQ(lossy, twice ? second_try.Count() : 0);
 }
 
 void EepromRwFault::LoseTheChipAtEveryTransfer() {
@@ -182,7 +207,7 @@ void EepromRwFault::LoseTheChipAtEveryTransfer() {
 // What a log sink or a bus throws goes through the library's test.
 void EepromRwFault::ThrowAtEveryTransfer() {
     const unsigned int all = CountTransfers();
-    unsigned int lossy = 0;
+    const CAtSecondTry second_try([] {});
     for (unsigned int n = 1; n <= all; ++n) {
         SCOPED_TRACE("thrown at transfer " + std::to_string(n) + " of " + std::to_string(all));
         Refill();
@@ -192,11 +217,11 @@ void EepromRwFault::ThrowAtEveryTransfer() {
         ASSERT_TRUE(thrown.HasActed());
         const CNamed named = CheckEveryByte();
         EXPECT_TRUE(named.unknown.empty());
-        EXPECT_EQ(SaysAsBefore(), n > READS && named.not_restored.empty());
+        EXPECT_TRUE(named.not_restored.empty());
+        EXPECT_EQ(SaysAsBefore(), n > READS);
         EXPECT_FALSE(Answers()) << "the path is left open";
-        lossy += named.not_restored.empty() ? 0 : 1;
     }
-    EXPECT_GT(lossy, 0U);
+    EXPECT_GT(second_try.Count(), 0U);
 }
 
 }  // namespace
@@ -212,16 +237,20 @@ TEST_F(EepromRwFault, StoppedAnywhereBehindMultiplexersLeavesEveryByteAndNoPathO
     EXPECT_FALSE(Answers());
 }
 
-TEST_F(EepromRwFault, AtAnyTransferNamesEveryByteThatIsLost) {
+TEST_F(EepromRwFault, AtAnyTransferLosesNoByteAndTwiceNamesEveryOne) {
     MountOnRoot("atmel,24c64", 8192);
-    FailAtEveryTransfer(SIM_ARB_LOST);
-    FailAtEveryTransfer(SIM_NO_ACK);
+    for (const ESimFailure how : {SIM_ARB_LOST, SIM_NO_ACK}) {
+        FailAtEveryTransfer(how, false);
+        FailAtEveryTransfer(how, true);
+    }
 }
 
-TEST_F(EepromRwFault, AtAnyTransferBehindMultiplexersNamesEveryByteThatIsLost) {
+TEST_F(EepromRwFault, AtAnyTransferBehindMultiplexersLosesNoByteAndTwiceNamesEveryOne) {
     MountBehindThree("atmel,24c64", 8192);
-    FailAtEveryTransfer(SIM_ARB_LOST);
-    FailAtEveryTransfer(SIM_NO_ACK);
+    for (const ESimFailure how : {SIM_ARB_LOST, SIM_NO_ACK}) {
+        FailAtEveryTransfer(how, false);
+        FailAtEveryTransfer(how, true);
+    }
 }
 
 TEST_F(EepromRwFault, ThatLastsNamesTheRangeThatNobodyCanRead) {
@@ -234,7 +263,7 @@ TEST_F(EepromRwFault, ThatLastsBehindMultiplexersNamesTheRangeThatNobodyCanRead)
     LoseTheChipAtEveryTransfer();
 }
 
-TEST_F(EepromRwFault, ThatThrowsNamesEveryByteThatIsLostAndLeavesNoPathOpen) {
+TEST_F(EepromRwFault, ThatThrowsLosesNoByteAndLeavesNoPathOpen) {
     MountBehindThree("atmel,24c64", 8192);
     ThrowAtEveryTransfer();
 }

@@ -47,7 +47,7 @@ class ProgressLine : public testing::Test {
 
 TEST_F(ProgressLine, ShowsABarOnAScreen) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, COLUMNS);
+        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
         line.Update(1000);
         m_test.Set(250, 1000);
         line.Update(1500);
@@ -61,7 +61,7 @@ TEST_F(ProgressLine, ShowsABarOnAScreen) {
 
 TEST_F(ProgressLine, ShowsNothingOfATestThatEndsAtOnce) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, COLUMNS);
+        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
         m_test.Set(1, 2);
         line.Update(0);
         line.Update(CProgressLine::BAR_AFTER_MS - 1);
@@ -70,7 +70,7 @@ TEST_F(ProgressLine, ShowsNothingOfATestThatEndsAtOnce) {
 }
 
 TEST_F(ProgressLine, ShowsNothingOfATestThatWaitsForItsDevice) {
-    CProgressLine line(m_terminal, m_test, COLUMNS);
+    CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
     line.Update(0);
     line.Update(100000);
     EXPECT_EQ(Written(), "");
@@ -78,7 +78,7 @@ TEST_F(ProgressLine, ShowsNothingOfATestThatWaitsForItsDevice) {
 
 TEST_F(ProgressLine, ChangesTheBarOnlySoOften) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, COLUMNS);
+        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
         line.Update(0);
         line.Update(600);
         Written();
@@ -92,7 +92,7 @@ TEST_F(ProgressLine, ChangesTheBarOnlySoOften) {
 
 TEST_F(ProgressLine, ShowsThePresentRate) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, COLUMNS);
+        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
         line.Update(0);
         m_test.Set(1000, 10000);
         line.Update(1000);
@@ -105,7 +105,7 @@ TEST_F(ProgressLine, ShowsThePresentRate) {
 
 TEST_F(ProgressLine, TakesATestThatGoesBack) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, COLUMNS);
+        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
         line.Update(0);
         m_test.Set(400, 400);
         line.Update(1000);
@@ -120,7 +120,7 @@ TEST_F(ProgressLine, TakesATestThatGoesBack) {
 
 TEST_F(ProgressLine, DoesWithoutATotal) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, COLUMNS);
+        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
         line.Update(0);
         line.Update(3000);
         EXPECT_EQ(Written(), "work: running, 3 s");
@@ -132,7 +132,7 @@ TEST_F(ProgressLine, DoesWithoutATotal) {
 
 TEST_F(ProgressLine, TakesATestThatDoesMoreThanItAnnounced) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, COLUMNS);
+        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
         line.Update(0);
         m_test.Set(30, 20);
         line.Update(1000);
@@ -142,7 +142,7 @@ TEST_F(ProgressLine, TakesATestThatDoesMoreThanItAnnounced) {
 
 TEST_F(ProgressLine, CountsBeyond32Bits) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, COLUMNS);
+        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
         line.Update(0);
         m_test.Set(~uint64_t{0} / 2, ~uint64_t{0} - 1);
         line.Update(600);
@@ -152,7 +152,7 @@ TEST_F(ProgressLine, CountsBeyond32Bits) {
 
 TEST_F(ProgressLine, FitsANarrowScreen) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, 10);
+        CProgressLine line(m_terminal, m_test, [] { return 10; });
         line.Update(0);
         m_test.Set(1, 2);
         line.Update(1000);
@@ -162,7 +162,7 @@ TEST_F(ProgressLine, FitsANarrowScreen) {
 
 TEST_F(ProgressLine, IsALineEveryFewSecondsWithoutAScreen) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, 0);
+        CProgressLine line(m_terminal, m_test, [] { return 0U; });
         m_test.Set(0, 100);
         line.Update(0);
         m_test.Set(40, 100);

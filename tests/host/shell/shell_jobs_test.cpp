@@ -77,6 +77,33 @@ TEST_F(ShellJobs, AreListedWithWhatTheyWaitFor) {
     EXPECT_EQ(Run("wait"), EXIT_PASSED);
 }
 
+TEST_F(ShellJobs, TakeTurnsForOneTest) {
+    Run("a/gated &");
+    m_a.gated->works.Await();
+    Run("a/gated &");
+    std::string listed;
+    do {
+        Written();
+        Run("jobs");
+        listed = Written();
+    } while (listed.find("waiting") == std::string::npos);
+    EXPECT_THAT(listed,
+                HasSubstr("[2] /a/gated: waiting for /a/gated, held by /a/gated (job 1), "));
+    m_a.gated->gate.Open();
+    EXPECT_EQ(Run("wait"), EXIT_PASSED) << Written();
+}
+
+TEST_F(ShellJobs, AreStoppedWhileTheyWaitForTheirTurn) {
+    Run("a/gated &");
+    m_a.gated->works.Await();
+    Run("a/gated &");
+    Run("stop 2");
+    EXPECT_EQ(Run("wait 2"), EXIT_ABORTED);
+    EXPECT_EQ(m_a.gated->GetStatus(), DS_PROGRESS) << "the first run goes on";
+    m_a.gated->gate.Open();
+    EXPECT_EQ(Run("wait 1"), EXIT_PASSED);
+}
+
 TEST_F(ShellJobs, AreStoppedByNumber) {
     Run("a/gated &");
     Run("b/gated &");
@@ -188,6 +215,14 @@ TEST_F(ShellJobs, AreStoppedAndAwaitedWhenTheRunEnds) {
     EXPECT_THAT(written, HasSubstr("leaving: 1 job is asked to stop and awaited\n"));
     EXPECT_THAT(written, HasSubstr("[1] /a/gated: aborted (ERR_ABORTED)\n"));
     EXPECT_TRUE(m_shell->Jobs().All().empty());
+}
+
+TEST_F(ShellJobs, AreAllAskedToStopBeforeOneIsAwaited) {
+    EXPECT_EQ(RunCommands(*m_shell, m_interrupt, {"a/gated &", "b/gated &"}), EXIT_ABORTED);
+    const std::string written = Written();
+    const size_t stopping = written.find("[2] /b/gated: stopping\n");
+    ASSERT_NE(stopping, std::string::npos) << written;
+    EXPECT_LT(written.find("[1] /a/gated: stopping\n"), stopping);
 }
 
 TEST_F(ShellJobs, CountInTheStatusOfARunThatPassed) {
