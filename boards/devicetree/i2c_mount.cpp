@@ -55,6 +55,11 @@ void Declare(const CDeviceTreeNode& node, const eeprom_part_t& part, uint8_t add
 
 void CI2cMount::MountBus(const CDeviceTreeNode& node, const CMatch& match, CDiagMenu& menu) {
     const uint32_t hz = ClockHz(node);
+    if (node.Find("reg") == nullptr) {
+        diag_pf_send_log(LW_INFO,
+                         "%s: has no property \"reg\", which controller it is stays open\n",
+                         node.Path().c_str());
+    }
     const CDeviceRequest request(node, match.compatible, std::nullopt, m_names.Below(menu));
     CSimBus& bus = AddNode(
         menu,

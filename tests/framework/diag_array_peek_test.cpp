@@ -23,7 +23,7 @@ constexpr uint8_t TRACED = QUIET | VF_TRACED;
 
 TEST(ArrayPeek, OfOnePositionAnswersOnePair) {
     CTestArray array(TARRAY_A, 0, 0xFF, QUIET);
-    const CReply reply = Peek(array, 0x2A, 0x2A);
+    const CAnswer reply = Peek(array, 0x2A, 0x2A);
     EXPECT_THAT(reply.bytes, ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 0x2A, 0x2A));
     EXPECT_EQ(reply.resp_code, MSG_SUCCESS);
 }
@@ -104,7 +104,7 @@ TEST(ArrayPeek, ThatFailsInTheMiddleAnswersFailureAlone) {
     const CLogCapture log;
     CTestArray array(TARRAY_A, 0, 0xFF, QUIET);
     array.FailAt(4);
-    const CReply reply = Peek(array, 2, 6);
+    const CAnswer reply = Peek(array, 2, 6);
     EXPECT_THAT(reply.bytes, ElementsAre(2));
     EXPECT_EQ(reply.resp_code, MSG_ERR_FAIL);
     EXPECT_THAT(array.Reads(), ElementsAre(2, 3));
@@ -121,7 +121,7 @@ TEST(ArrayPeek, OfAsManyElementsAsAnAnswerHoldsSucceeds) {
 TEST(ArrayPeek, OfMoreElementsThanAnAnswerHoldsAnswersTheWrongLengthAlone) {
     const CLogCapture log;
     CTestArray array(TARRAY_A, 0, 0xFF, TRACED);
-    const CReply reply = Peek(array, 0, 113);
+    const CAnswer reply = Peek(array, 0, 113);
     EXPECT_THAT(reply.bytes, ElementsAre(5));
     EXPECT_EQ(reply.resp_code, MSG_ERR_MSGLEN);
     const std::vector<Line> lines = log.Lines();
@@ -144,7 +144,7 @@ TEST(ArrayPeek, OutsideTheArrayIsRefusedBeforeAnythingIsRead) {
           CCase{0x30, 0x5, "Addr. 0x30 out of bounds"}}) {
         const CLogCapture log;
         CTestArray array(TARRAY_A, 0x10, 0x19, QUIET);
-        const CReply reply = Peek(array, c.first, c.last);
+        const CAnswer reply = Peek(array, c.first, c.last);
         EXPECT_THAT(reply.bytes, ElementsAre(7));
         EXPECT_EQ(reply.resp_code, MSG_ERR_PARAM);
         EXPECT_THAT(array.Reads(), IsEmpty());
@@ -171,7 +171,7 @@ TEST(ArrayPeek, NamesABadIndexInDecimal) {
 TEST(ArrayPeek, WithoutBothPositionsIsRefused) {
     const CLogCapture log;
     CTestArray array(TARRAY_A, 0, 0xFF, QUIET);
-    const CReply reply = Send(array, MSG_PEEKV, uint64_t{1});
+    const CAnswer reply = Send(array, MSG_PEEKV, uint64_t{1});
     EXPECT_THAT(reply.bytes, ElementsAre(7));
     EXPECT_EQ(reply.resp_code, MSG_ERR_PARAM);
     EXPECT_THAT(array.Reads(), IsEmpty());

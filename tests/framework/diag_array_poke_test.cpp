@@ -24,7 +24,7 @@ constexpr uint8_t TRACED = QUIET | VF_TRACED;
 
 TEST(ArrayPoke, WritesOneElementAndAnswersSuccessAlone) {
     CTestArray array(TARRAY_A, 0, 0xFF, QUIET);
-    const CReply reply = Poke(array, 0x99, 0x2A, 0x2A);
+    const CAnswer reply = Poke(array, 0x99, 0x2A, 0x2A);
     EXPECT_THAT(reply.bytes, ElementsAre(0));
     EXPECT_EQ(reply.resp_code, MSG_SUCCESS);
     EXPECT_THAT(array.Writes(), ElementsAre(Write{0x2A, 0x99}));
@@ -75,7 +75,7 @@ TEST(ArrayPoke, OfAReadOnlyArrayIsRefused) {
     for (const uint8_t vt : {QUIET, TRACED}) {
         const CLogCapture log;
         CTestArray array(TARRAY_A, 0, 0xFF, vt, true);
-        const CReply reply = Poke(array, 1, 1, 1);
+        const CAnswer reply = Poke(array, 1, 1, 1);
         EXPECT_THAT(reply.bytes, ElementsAre(6));
         EXPECT_EQ(reply.resp_code, MSG_ERR_READONLY);
         EXPECT_THAT(array.Writes(), IsEmpty());
@@ -95,7 +95,7 @@ TEST(ArrayPoke, ThatFailsInTheMiddleKeepsWhatIsWrittenAndAnswersFailure) {
     const CLogCapture log;
     CTestArray array(TARRAY_A, 0, 0xFF, TRACED);
     array.FailAt(0x12);
-    const CReply reply = Poke(array, 0x99, 0x10, 0x14);
+    const CAnswer reply = Poke(array, 0x99, 0x10, 0x14);
     EXPECT_THAT(reply.bytes, ElementsAre(2));
     EXPECT_EQ(reply.resp_code, MSG_ERR_FAIL);
     EXPECT_THAT(array.Writes(), ElementsAre(Write{0x10, 0x99}, Write{0x11, 0x99}));
@@ -108,7 +108,7 @@ TEST(ArrayPoke, ThatFailsInTheMiddleKeepsWhatIsWrittenAndAnswersFailure) {
 TEST(ArrayPoke, OutsideTheArrayIsRefusedBeforeAnythingIsWritten) {
     const CLogCapture log;
     CTestArray array(TARRAY_A, 0x10, 0x19, QUIET);
-    const CReply reply = Poke(array, 1, 0x18, 0x20);
+    const CAnswer reply = Poke(array, 1, 0x18, 0x20);
     EXPECT_THAT(reply.bytes, ElementsAre(7));
     EXPECT_EQ(reply.resp_code, MSG_ERR_PARAM);
     EXPECT_THAT(array.Writes(), IsEmpty());

@@ -63,7 +63,7 @@ TEST(Value, IsZeroOrEmptyWithoutAnInitialValue) {
 TEST(ValuePeek, AnswersSuccessAndTheText) {
     const CLogCapture log;
     CDiagMemValue<std::string> value("v", "", false, VT_STRING, "/dev/mdio");
-    const CReply reply = Send(value, MSG_PEEKV);
+    const CAnswer reply = Send(value, MSG_PEEKV);
     EXPECT_EQ(reply.bytes, CBytes().U8(0).Text("/dev/mdio").Get());
     EXPECT_EQ(reply.resp_code, MSG_SUCCESS);
     EXPECT_THAT(log.Lines(), IsEmpty());
@@ -164,7 +164,7 @@ TEST(ValuePeek, ShowsTracedIntegersOfEveryWidthInDecimal) {
 TEST(ValuePeek, ThatFailsAnswersFailureAlone) {
     const CLogCapture log;
     CFailingValue value(VT_STRING);
-    const CReply reply = Send(value, MSG_PEEKV);
+    const CAnswer reply = Send(value, MSG_PEEKV);
     EXPECT_THAT(reply.bytes, ElementsAre(2));
     EXPECT_EQ(reply.resp_code, MSG_ERR_FAIL);
     EXPECT_THAT(log.Lines(), ElementsAre(Line{0x10, "peek (line 3 is silent)"}));
@@ -196,7 +196,7 @@ TEST(ValuePeek, OfTheLongestTextThatAnAnswerHoldsSucceeds) {
 TEST(ValuePoke, StoresTheTextAndAnswersSuccessAlone) {
     const CLogCapture log;
     CDiagMemValue<std::string> value("v", "", false, VT_STRING, "old");
-    const CReply reply = Send(value, MSG_POKEV, std::string("new"));
+    const CAnswer reply = Send(value, MSG_POKEV, std::string("new"));
     EXPECT_THAT(reply.bytes, ElementsAre(0));
     EXPECT_EQ(reply.resp_code, MSG_SUCCESS);
     EXPECT_EQ(value.Get(), "new");
@@ -235,7 +235,7 @@ TEST(ValuePoke, OfATracedIntegerIsLoggedInItsFormat) {
 TEST(ValuePoke, OfAReadOnlyValueIsRefusedAndChangesNothing) {
     const CLogCapture log;
     CDiagMemValue<std::string> value("v", "", true, VT_STRING, "fixed");
-    const CReply reply = Send(value, MSG_POKEV, std::string("new"));
+    const CAnswer reply = Send(value, MSG_POKEV, std::string("new"));
     EXPECT_THAT(reply.bytes, ElementsAre(6));
     EXPECT_EQ(reply.resp_code, MSG_ERR_READONLY);
     EXPECT_EQ(value.Get(), "fixed");
@@ -258,7 +258,7 @@ TEST(ValuePoke, OfAReadOnlyValueIsRefusedEvenWithoutAnArgument) {
 TEST(ValuePoke, WithoutAValueIsRefused) {
     const CLogCapture log;
     CDiagMemValue<std::string> value("v", "", false, VT_STRING, "old");
-    const CReply reply = Send(value, MSG_POKEV);
+    const CAnswer reply = Send(value, MSG_POKEV);
     EXPECT_THAT(reply.bytes, ElementsAre(7));
     EXPECT_EQ(reply.resp_code, MSG_ERR_PARAM);
     EXPECT_EQ(value.Get(), "old");
@@ -281,7 +281,7 @@ TEST(ValuePoke, WithoutAValueIsTracedWithTheSameReason) {
 TEST(ValuePoke, ThatTheValueRefusesAnswersAsABadArgument) {
     const CLogCapture log;
     CFailingValue value(VT_STRING);
-    const CReply reply = Send(value, MSG_POKEV, std::string("x1"));
+    const CAnswer reply = Send(value, MSG_POKEV, std::string("x1"));
     EXPECT_THAT(reply.bytes, ElementsAre(7));
     EXPECT_EQ(reply.resp_code, MSG_ERR_PARAM);
     EXPECT_THAT(log.Lines(), ElementsAre(Line{0x10, "poke (cannot store x1)"}));

@@ -43,7 +43,7 @@ class MultiDevTest : public testing::Test {
             return DS_PASSED;
         };
     }
-    CReply Run() { return Send(*m_test, MSG_CALL); }
+    CAnswer Run() { return Send(*m_test, MSG_CALL); }
 
     using CNames = std::set<std::string>;
     CDiagMenu m_root{TMENU, "board", ""};
@@ -94,7 +94,7 @@ TEST_F(MultiDevTest, TakesNoDeviceUntilAllAreFree) {
     std::promise<void> waiting;
     m_test->m_on_lock = [&] { waiting.set_value(); };
     CLockHolder holder({{m_other, DEV_LOCK_ACCESS}});
-    CReply reply;
+    CAnswer reply;
     std::thread runner([&] { reply = Run(); });
     waiting.get_future().wait();
     EXPECT_FALSE(WouldWait(*m_owner, DEV_LOCK_ACCESS));

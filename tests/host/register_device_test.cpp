@@ -80,10 +80,10 @@ class RegisterDevice : public testing::Test {
         m_device.m_data = {{"ctrl[0]", 1},      {"ctrl[1]", 0x22}, {"ctrl[2]", 0x333},
                            {"ctrl[3]", 0x4444}, {"status", 0x5},   {"mode", 0x80}};
     }
-    CReply Call(const char* command, const std::string& reg) {
+    CAnswer Call(const char* command, const std::string& reg) {
         return Send(NodeAt(m_device, command), MSG_CALL, reg);
     }
-    CReply Call(const char* command, const std::string& reg, uint64_t data) {
+    CAnswer Call(const char* command, const std::string& reg, uint64_t data) {
         return Send(NodeAt(m_device, command), MSG_CALL, reg, data);
     }
 

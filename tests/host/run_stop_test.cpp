@@ -55,7 +55,7 @@ TEST_F(RunStop, IsSeenOnlyByTheThreadThatItIsFor) {
 TEST_F(RunStop, EndsACommandThatWaitsForItsDevice) {
     const CLockHolder holder({{&m_device, DEV_LOCK_ACCESS}});
     std::promise<void> begins;
-    CReply reply;
+    CAnswer reply;
     std::thread caller([&] {
         const CRunStop::CScope scope(m_stop);
         begins.set_value();

@@ -27,8 +27,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-CReply SendFromAnotherThread(CDiagMenu& node, EMsgType type) {
-    CReply reply;
+CAnswer SendFromAnotherThread(CDiagMenu& node, EMsgType type) {
+    CAnswer reply;
     std::thread([&] { reply = Send(node, type); }).join();
     return reply;
 }
@@ -45,7 +45,7 @@ class TestRun : public testing::Test {
             m_test->AddDeviceAccess("..", DEV_LOCK_ACCESS, true);
         }
     }
-    CReply Run() { return Send(*m_test, MSG_CALL); }
+    CAnswer Run() { return Send(*m_test, MSG_CALL); }
     void FinishWith(ETestStatus status) {
         m_test->m_on_run = [status](COutMsg&) { return status; };
     }
@@ -359,7 +359,7 @@ TYPED_TEST(TestRun, WaitsForItsDevice) {
     std::promise<void> waiting;
     this->m_test->m_on_lock = [&] { waiting.set_value(); };
     CLockHolder holder({{&this->m_device, DEV_LOCK_PROTECT}});
-    CReply reply;
+    CAnswer reply;
     std::thread runner([&] { reply = this->Run(); });
     waiting.get_future().wait();
     EXPECT_EQ(this->m_test->GetStatus(), DS_DEVACC);
@@ -373,7 +373,7 @@ TYPED_TEST(TestRun, IsStoppedWhileItWaitsForItsDevice) {
     std::promise<void> waiting;
     this->m_test->m_on_lock = [&] { waiting.set_value(); };
     CLockHolder holder({{&this->m_device, DEV_LOCK_ACCESS}});
-    CReply reply;
+    CAnswer reply;
     std::thread runner([&] { reply = this->Run(); });
     waiting.get_future().wait();
     EXPECT_THAT(Send(*this->m_test, MSG_STOP).bytes, ElementsAre(0));

@@ -28,7 +28,7 @@ CInMsg RequestOf(const CCase& one) {
     return CInMsg(request);
 }
 
-CReply Call(CDiagMenu& node, const CCase& one) {
+CAnswer Call(CDiagMenu& node, const CCase& one) {
     return one.text.empty() ? Send(node, MSG_CALL, CNumbers{one.numbers})
                             : Send(node, MSG_CALL, one.text, CNumbers{one.numbers});
 }
@@ -92,7 +92,7 @@ TEST_P(EveryI2cBusCommand, FailsTheAssertionOutOfInvokeWhenDetached) {
 TEST_P(EveryI2cBusCommand, AnswersFailureWithTheAssertionTextWhenDetached) {
     const std::unique_ptr<CDiagObj> node = Detach(GetParam().command);
 
-    const CReply reply = Call(dynamic_cast<CDiagMenu&>(*node), GetParam());
+    const CAnswer reply = Call(dynamic_cast<CDiagMenu&>(*node), GetParam());
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     ASSERT_EQ(m_log.Lines().size(), 1U);
@@ -105,7 +105,7 @@ TEST_P(EveryI2cBusCommand, AnswersFailureBelowAMenuThatHasNoDeviceAboveIt) {
     CDiagMenu menu(TMENU, "shelf", "no device");
     menu.AddChild(Detach(GetParam().command).release(), CDiagObj::NO_SORT);
 
-    const CReply reply = Call(NodeAt(menu, GetParam().command), GetParam());
+    const CAnswer reply = Call(NodeAt(menu, GetParam().command), GetParam());
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     ASSERT_EQ(m_log.Lines().size(), 1U);
@@ -117,7 +117,7 @@ TEST_P(EveryI2cBusCommand, AnswersFailureBelowADeviceThatIsNoBus) {
     CDiagDevice device("fan", "no bus", TDEVICE);
     device.AddChild(Detach(GetParam().command).release(), CDiagObj::NO_SORT);
 
-    const CReply reply = Call(NodeAt(device, GetParam().command), GetParam());
+    const CAnswer reply = Call(NodeAt(device, GetParam().command), GetParam());
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     ASSERT_EQ(m_log.Lines().size(), 1U);
@@ -188,7 +188,7 @@ class I2cBusCommands : public CBusTest {};
 TEST_F(I2cBusCommands, ReadTheArgumentOfChkDevBeforeTheyLookForTheBus) {
     const std::unique_ptr<CDiagObj> node = Detach("chk-dev");
 
-    const CReply reply = Send(dynamic_cast<CDiagMenu&>(*node), MSG_CALL);
+    const CAnswer reply = Send(dynamic_cast<CDiagMenu&>(*node), MSG_CALL);
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     EXPECT_EQ(m_log.Lines(), CLines{ArgError(UnderflowText<uint8_t>())});
@@ -213,7 +213,7 @@ TEST_F(I2cBusCommands, CatchAMissingArgumentThemselves) {
 TEST_F(I2cBusCommands, LookForTheBusBeforeTheyReadTheArgumentsOfTrans) {
     const std::unique_ptr<CDiagObj> node = Detach("trans");
 
-    const CReply reply = Send(dynamic_cast<CDiagMenu&>(*node), MSG_CALL);
+    const CAnswer reply = Send(dynamic_cast<CDiagMenu&>(*node), MSG_CALL);
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     ASSERT_EQ(m_log.Lines().size(), 1U);
@@ -223,7 +223,7 @@ TEST_F(I2cBusCommands, LookForTheBusBeforeTheyReadTheArgumentsOfTrans) {
 TEST_F(I2cBusCommands, LookForTheBusBeforeTheyRefuseAMode) {
     const std::unique_ptr<CDiagObj> node = Detach("set-sw-mode");
 
-    const CReply reply = Send(dynamic_cast<CDiagMenu&>(*node), MSG_CALL, uint8_t{9});
+    const CAnswer reply = Send(dynamic_cast<CDiagMenu&>(*node), MSG_CALL, uint8_t{9});
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     ASSERT_EQ(m_log.Lines().size(), 1U);

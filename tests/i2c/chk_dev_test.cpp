@@ -4,13 +4,13 @@ namespace {
 
 class I2cChkDev : public CBusTest {
   protected:
-    CReply ChkDev(uint8_t addr) { return Send(Command("chk-dev"), MSG_CALL, addr); }
+    CAnswer ChkDev(uint8_t addr) { return Send(Command("chk-dev"), MSG_CALL, addr); }
 };
 
 TEST_F(I2cChkDev, FindsADeviceThatAnswers) {
     m_bus.Answer({0x50});
 
-    const CReply reply = ChkDev(0x50);
+    const CAnswer reply = ChkDev(0x50);
 
     EXPECT_EQ(reply.bytes, Bytes{SUCCESS});
     const CLines expected = {
@@ -24,7 +24,7 @@ TEST_F(I2cChkDev, FindsADeviceThatAnswers) {
 TEST_F(I2cChkDev, ReportsADeviceThatDoesNotAnswer) {
     m_bus.Answer({0x50});
 
-    const CReply reply = ChkDev(0x51);
+    const CAnswer reply = ChkDev(0x51);
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     const CLines expected = {
@@ -97,7 +97,7 @@ TEST_F(I2cChkDev, LeavesTheAddressListAlone) {
 }
 
 TEST_F(I2cChkDev, RefusesACallWithoutAddress) {
-    const CReply reply = Send(Command("chk-dev"), MSG_CALL);
+    const CAnswer reply = Send(Command("chk-dev"), MSG_CALL);
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     EXPECT_EQ(m_log.Lines(), CLines{ArgError(UnderflowText<uint8_t>())});
@@ -107,7 +107,7 @@ TEST_F(I2cChkDev, RefusesACallWithoutAddress) {
 TEST_F(I2cChkDev, IgnoresInputBehindTheAddress) {
     m_bus.Answer({0x50});
 
-    const CReply reply = Send(Command("chk-dev"), MSG_CALL, CNumbers{{0x50, 0x51, 0x52}});
+    const CAnswer reply = Send(Command("chk-dev"), MSG_CALL, CNumbers{{0x50, 0x51, 0x52}});
 
     EXPECT_EQ(reply.bytes, Bytes{SUCCESS});
     ASSERT_EQ(m_bus.Seen().size(), 1U);

@@ -14,8 +14,8 @@ using testing::SizeIs;
 
 class I2cEepromRead : public CEepromTest {
   protected:
-    CReply Read(uint32_t addr) { return Call("read", addr); }
-    CReply Read(uint32_t addr, int32_t length) {
+    CAnswer Read(uint32_t addr) { return Call("read", addr); }
+    CAnswer Read(uint32_t addr, int32_t length) {
         return Call("read", addr, static_cast<uint32_t>(length));
     }
     std::string Printed() const { return m_log.Joined(0xB0); }
@@ -176,7 +176,7 @@ TEST_F(I2cEepromRead, TakesNoNoticeOfFurtherArguments) {
 TEST_F(I2cEepromRead, FailsTheAssertionWhenDetached) {
     Mount(Part(256));
     const std::unique_ptr<CDiagObj> command = Detach("read");
-    const CReply reply = Send(dynamic_cast<CDiagMenu&>(*command), MSG_CALL, uint32_t{0});
+    const CAnswer reply = Send(dynamic_cast<CDiagMenu&>(*command), MSG_CALL, uint32_t{0});
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     ASSERT_THAT(m_log.Lines(), SizeIs(1));
     EXPECT_EQ(m_log.Lines()[0].first, 0x30U);

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 class I2cEepromReadCont : public CEepromTest {
   protected:
     // Runs `steps` steps; each read takes a second.
-    CReply RunSteps(uint32_t steps) { return Call("read-cont", steps); }
+    CAnswer RunSteps(uint32_t steps) { return Call("read-cont", steps); }
     static Bytes Answer(uint8_t code, uint32_t passed, uint32_t failed) {
         return CBytes().U8(code).U32(passed).U32(failed);
     }

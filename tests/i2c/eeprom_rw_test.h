@@ -11,7 +11,7 @@
 class CEepromRwTest : public CEepromTest {
   protected:
     CDiagTestBase& Test() { return dynamic_cast<CDiagTestBase&>(Node("rw-test")); }
-    CReply Run(uint16_t start, uint16_t end) { return Call("rw-test", start, end); }
+    CAnswer Run(uint16_t start, uint16_t end) { return Call("rw-test", start, end); }
 
     // The bytes that the write phase puts into a range of `count`.
     static Bytes Pattern(size_t count) {

@@ -83,7 +83,7 @@ class CEepromTest : public testing::Test {
         return m_eeprom->RemoveChild(Node(name).GetId());
     }
     template <class... Args>
-    CReply Call(const std::string& name, const Args&... args) {
+    CAnswer Call(const std::string& name, const Args&... args) {
         return Send(Node(name), MSG_CALL, args...);
     }
 

@@ -12,7 +12,7 @@ using testing::SizeIs;
 
 class I2cEepromWriteByte : public CEepromTest {
   protected:
-    CReply Write(uint32_t addr, uint8_t data) { return Call("write-byte", addr, data); }
+    CAnswer Write(uint32_t addr, uint8_t data) { return Call("write-byte", addr, data); }
 
     const CLogCapture::Line m_hint = Print(
         "This EEPROM has to be manually enable the write function on the hardware\n"

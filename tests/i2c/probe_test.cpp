@@ -131,7 +131,7 @@ TEST_F(I2cProbe, SeesOnlySwitchesDirectlyBelowTheBus) {
 
 class I2cProbeCommand : public I2cProbe {
   protected:
-    CReply Probe() { return Send(Command("probe"), MSG_CALL); }
+    CAnswer Probe() { return Send(Command("probe"), MSG_CALL); }
 };
 
 TEST_F(I2cProbeCommand, ClearsTheListsThenClosesTheSwitchesThenProbes) {
@@ -140,7 +140,7 @@ TEST_F(I2cProbeCommand, ClearsTheListsThenClosesTheSwitchesThenProbes) {
     m_bus.AddMyDeviceAddr(0x33);
     m_bus.Answer({0x20, 0x70, 0x74});
 
-    const CReply reply = Probe();
+    const CAnswer reply = Probe();
 
     EXPECT_EQ(reply.bytes, Bytes{SUCCESS});
     const std::vector<CJournal::Entry> expected = {
@@ -233,7 +233,7 @@ TEST_F(I2cProbeCommand, DoesNotProbeWhenTheSwitchesCannotBeClosed) {
     CMoodyBus bus(false, true);
     bus.AddMyDeviceAddr(0x50);
 
-    const CReply reply = Send(NodeAt(bus, "probe"), MSG_CALL);
+    const CAnswer reply = Send(NodeAt(bus, "probe"), MSG_CALL);
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     EXPECT_EQ(bus.calls, std::vector<std::string>{"DisableAllSwitches with 0"});
@@ -243,7 +243,7 @@ TEST_F(I2cProbeCommand, DoesNotProbeWhenTheSwitchesCannotBeClosed) {
 TEST_F(I2cProbeCommand, ReportsAFailedProbe) {
     CMoodyBus bus(true, false);
 
-    const CReply reply = Send(NodeAt(bus, "probe"), MSG_CALL);
+    const CAnswer reply = Send(NodeAt(bus, "probe"), MSG_CALL);
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     EXPECT_EQ(bus.calls, (std::vector<std::string>{"DisableAllSwitches with 0", "probe 0"}));
@@ -253,7 +253,7 @@ TEST_F(I2cProbeCommand, ReportsAFailedProbe) {
 TEST_F(I2cProbeCommand, ProbesTheBusAtLevel0) {
     CMoodyBus bus(true, true);
 
-    const CReply reply = Send(NodeAt(bus, "probe"), MSG_CALL);
+    const CAnswer reply = Send(NodeAt(bus, "probe"), MSG_CALL);
 
     EXPECT_EQ(reply.bytes, Bytes{SUCCESS});
     EXPECT_EQ(bus.calls, (std::vector<std::string>{"DisableAllSwitches with 0", "probe 0"}));

@@ -76,13 +76,13 @@ TEST_F(I2cSwMode, ConcernsOnlySwitchesDirectlyBelowTheBus) {
 
 class I2cSetSwModeCommand : public I2cSwMode {
   protected:
-    CReply SetMode(uint8_t mode) { return Send(Command("set-sw-mode"), MSG_CALL, mode); }
+    CAnswer SetMode(uint8_t mode) { return Send(Command("set-sw-mode"), MSG_CALL, mode); }
 };
 
 TEST_F(I2cSetSwModeCommand, ShowsTheModesWithoutArgument) {
     const std::string mux = AddSwitch("mux", 0x70).GetName();
 
-    const CReply reply = Send(Command("set-sw-mode"), MSG_CALL);
+    const CAnswer reply = Send(Command("set-sw-mode"), MSG_CALL);
 
     EXPECT_EQ(reply.bytes, Bytes{SUCCESS});
     const std::vector<CJournal::Entry> expected = {

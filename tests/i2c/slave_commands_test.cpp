@@ -36,7 +36,7 @@ class EveryI2cSlaveCommand : public CSlaveTest, public testing::WithParamInterfa
             Trace("(chip): " + GetParam().verb + " upstream switch mux-2 channel = 1\n")};
         return traced + (GetParam().command == "enable-path" ? m_opened : m_closed);
     }
-    void ExpectMissingDevice(const CReply& reply) {
+    void ExpectMissingDevice(const CAnswer& reply) {
         EXPECT_EQ(reply.bytes, Bytes{FAIL});
         ASSERT_EQ(m_journal.Entries().size(), 1U);
         EXPECT_EQ(m_journal.Entries()[0].first, 0x30U);

@@ -63,7 +63,7 @@ COutMsg RequestOf(const CCase& one) {
     return request;
 }
 
-CReply Request(CDiagMenu& node, const CCase& one) {
+CAnswer Request(CDiagMenu& node, const CCase& one) {
     switch (one.width) {
         case CCase::BYTE:
             return Send(node, MSG_CALL, static_cast<uint8_t>(one.arg));
@@ -84,7 +84,7 @@ class EveryI2cSwitchCommand : public CSwitchTest, public testing::WithParamInter
     CDiagFunc& Subject() { return dynamic_cast<CDiagFunc&>(NodeAt(m_mux, GetParam().command)); }
     std::unique_ptr<CDiagObj> DetachSubject() { return m_mux.RemoveChild(Subject().GetId()); }
 
-    void ExpectMissingDevice(const CReply& reply) {
+    void ExpectMissingDevice(const CAnswer& reply) {
         EXPECT_EQ(reply.bytes, Bytes{FAIL});
         ASSERT_EQ(m_journal.Entries().size(), 1U);
         EXPECT_EQ(m_journal.Entries()[0].first, 0x30U);
@@ -251,7 +251,7 @@ TEST_F(I2cSwitchCommands, CheckADeviceThroughTheSwitch) {
 TEST_F(I2cSwitchCommands, TransferThroughTheSwitch) {
     CJournalSwitch& mux = AddSwitch("mux", 1, 0x70);
     m_bus.Expect({.saddr = 0x50, .data = {0x11, 0x22}});
-    const CReply reply =
+    const CAnswer reply =
         Send(NodeAt(mux, "trans"), MSG_CALL, std::string("wr"), CNumbers{{0x50, 0, 2, 0x11, 0x22}});
     EXPECT_EQ(reply.bytes, Bytes{SUCCESS});
     EXPECT_TRUE(m_journal.Calls().empty());

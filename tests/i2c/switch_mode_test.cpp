@@ -180,7 +180,7 @@ TEST_F(I2cSwitchMode, IsOfNoConcernToOtherNodesOfAChannel) {
 }
 
 TEST_F(I2cSwitchMode, ComesFromTheCommandOfTheBus) {
-    const CReply reply = Send(Command("set-sw-mode"), MSG_CALL, uint8_t{3});
+    const CAnswer reply = Send(Command("set-sw-mode"), MSG_CALL, uint8_t{3});
 
     EXPECT_EQ(reply.bytes, Bytes{SUCCESS});
     const CEntries told = {Trace("Set path per every I2c transation.\n")};

@@ -29,15 +29,15 @@ CLines operator+(CLines lines, const CLines& more) {
 // Direction
 
 TEST_F(I2cTransArguments, RefusesACallWithoutAny) {
-    const CReply reply = Send(Command("trans"), MSG_CALL);
+    const CAnswer reply = Send(Command("trans"), MSG_CALL);
     ExpectRefusal(reply, {ArgError(UnderflowText<std::string>())});
 }
 
 TEST_F(I2cTransArguments, RefusesADirectionThatIsCutShort) {
-    const CReply half_a_length = Send(Command("trans"), MSG_CALL, uint8_t{0});
+    const CAnswer half_a_length = Send(Command("trans"), MSG_CALL, uint8_t{0});
     ExpectRefusal(half_a_length, {ArgError(UnderflowText<std::string>({0}))});
     m_log.Clear();
-    const CReply half_a_text = Send(Command("trans"), MSG_CALL, CNumbers{{0, 2, 'r'}});
+    const CAnswer half_a_text = Send(Command("trans"), MSG_CALL, CNumbers{{0, 2, 'r'}});
     ExpectRefusal(half_a_text, {ArgError(UnderflowText<std::string>({0, 2, 'r'}))});
 }
 
@@ -293,7 +293,7 @@ TEST_F(I2cTransArguments, TakesAWriteOf32Bytes) {
 }
 
 TEST_F(I2cTransArguments, RefusesAWriteOf33BytesEvenWhenAllAreThere) {
-    const CReply reply = Trans("wr", Counting({0x50, 0, 33}, 0x40, 33));
+    const CAnswer reply = Trans("wr", Counting({0x50, 0, 33}, 0x40, 33));
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     EXPECT_TRUE(m_bus.Seen().empty());
@@ -305,7 +305,7 @@ TEST_F(I2cTransArguments, RefusesAWriteOf33BytesEvenWhenAllAreThere) {
 }
 
 TEST_F(I2cTransArguments, RefusesAWriteOf255BytesAfterTheFirst32) {
-    const CReply reply = Trans("wr", Counting({0x50, 0, 255}, 0, 255));
+    const CAnswer reply = Trans("wr", Counting({0x50, 0, 255}, 0, 255));
 
     EXPECT_EQ(reply.bytes, Bytes{FAIL});
     EXPECT_TRUE(m_bus.Seen().empty());

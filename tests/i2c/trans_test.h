@@ -10,7 +10,7 @@
 
 class CTransTest : public CBusTest {
   protected:
-    CReply Trans(const std::string& rdwr, const Bytes& numbers) {
+    CAnswer Trans(const std::string& rdwr, const Bytes& numbers) {
         return Send(Command("trans"), MSG_CALL, rdwr, CNumbers{numbers});
     }
 
@@ -30,7 +30,7 @@ class CTransTest : public CBusTest {
     }
 
     // All that was logged so far is exactly this, and no transfer took place.
-    void ExpectRefusal(const CReply& reply, const CLines& lines) {
+    void ExpectRefusal(const CAnswer& reply, const CLines& lines) {
         EXPECT_EQ(reply.bytes, Bytes{FAIL});
         EXPECT_EQ(m_log.Lines(), lines);
         EXPECT_TRUE(m_bus.Seen().empty());

@@ -7,7 +7,7 @@
 
 #include "framework/diag_menu.h"
 
-struct CReply {
+struct CAnswer {
     std::vector<uint8_t> bytes;
     EResCode resp_code;
 
@@ -18,7 +18,7 @@ struct CReply {
 // `Send(node, MSG_CALL, std::string("rd"), uint8_t{0x50})`: one field per
 // argument, in its own width.
 template <class... Args>
-CReply Send(CDiagMenu& node, EMsgType type, const Args&... args) {
+CAnswer Send(CDiagMenu& node, EMsgType type, const Args&... args) {
     COutMsg request(type, node.GetId());
     (static_cast<void>(request << args), ...);
     CInMsg in(request);

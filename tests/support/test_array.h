@@ -42,10 +42,10 @@ class CTestArray : public CDiagArray<unsigned char> {
     std::vector<CWrite> m_writes;
 };
 
-inline CReply Peek(CDiagMenu& array, uint64_t first, uint64_t last) {
+inline CAnswer Peek(CDiagMenu& array, uint64_t first, uint64_t last) {
     return Send(array, MSG_PEEKV, first, last);
 }
-inline CReply Poke(CDiagMenu& array, uint8_t value, uint64_t first, uint64_t last) {
+inline CAnswer Poke(CDiagMenu& array, uint8_t value, uint64_t first, uint64_t last) {
     return Send(array, MSG_POKEV, value, first, last);
 }
 

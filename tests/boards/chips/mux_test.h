@@ -53,7 +53,7 @@ class CMuxTest : public testing::Test {
         return m_bus.I2cTrans(req) ? byte : -1;
     }
     template <class... Args>
-    CReply Call(CDiagObj& node, const std::string& command, const Args&... args) {
+    CAnswer Call(CDiagObj& node, const std::string& command, const Args&... args) {
         return Send(NodeAt(node, command), MSG_CALL, args...);
     }
 

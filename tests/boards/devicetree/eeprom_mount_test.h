@@ -69,16 +69,16 @@ class CEepromMountTest : public CMountTest {
 
     // Of the EEPROM's child; the whole reply.
     template <class... Args>
-    CReply Call(const std::string& child, const Args&... args) {
+    CAnswer Call(const std::string& child, const Args&... args) {
         return Send(NodeAt(*m_root, m_path + "/" + child), MSG_CALL, args...);
     }
-    CReply Peek(uint64_t first, uint64_t last) {
+    CAnswer Peek(uint64_t first, uint64_t last) {
         return Send(NodeAt(*m_root, m_path + "/memory"), MSG_PEEKV, first, last);
     }
-    CReply Poke(uint8_t value, uint64_t first, uint64_t last) {
+    CAnswer Poke(uint8_t value, uint64_t first, uint64_t last) {
         return Send(NodeAt(*m_root, m_path + "/memory"), MSG_POKEV, value, first, last);
     }
-    CReply CallNode(const std::string& path, uint8_t argument) {
+    CAnswer CallNode(const std::string& path, uint8_t argument) {
         return Send(NodeAt(*m_root, path), MSG_CALL, argument);
     }
 

@@ -61,7 +61,7 @@ class EepromRwFault : public CEepromMountTest {
     // 21 + 10 + ... by the rule of the remainder.
     static constexpr unsigned int READS = 3;
 
-    CReply RunTest() { return Call("rw-test", FIRST, LAST); }
+    CAnswer RunTest() { return Call("rw-test", FIRST, LAST); }
 
     static size_t Number(const std::string& text) { return std::stoul(text, nullptr, 16); }
 
@@ -143,7 +143,7 @@ void EepromRwFault::StopAtEveryTransfer() {
         SCOPED_TRACE("stop at transfer " + std::to_string(n) + " of " + std::to_string(all));
         m_log.Clear();
         const CAtTransfer stop(n, [&test] { EXPECT_EQ(Send(test, MSG_STOP).Code(), MSG_SUCCESS); });
-        const CReply reply = RunTest();
+        const CAnswer reply = RunTest();
         ASSERT_TRUE(stop.HasActed());
         const bool restoring = n > all - writes;
         EXPECT_EQ(reply.Code(), restoring ? MSG_SUCCESS : MSG_ERR_ABORTED);

@@ -21,7 +21,10 @@ class CMountTest : public testing::Test {
     // A board with one bus, "i2c-0", on which `devices` are.
     CDiagMenu& MountOnBus(const std::function<void(CBlobBuilder&)>& devices) {
         CBlobBuilder builder;
-        builder.Begin("i2c@100").Text("compatible", "fsl-i2c").Text("label", "i2c-0");
+        builder.Begin("i2c@100")
+            .Text("compatible", "fsl-i2c")
+            .Cells("reg", {0x100})
+            .Text("label", "i2c-0");
         devices(builder);
         builder.End();
         return Mount(builder);

@@ -95,6 +95,16 @@ TEST_F(MountTree, ShowsMdioBusesAndPhys) {
     EXPECT_EQ(Warnings(), Names{});
 }
 
+TEST_F(MountTree, NotesABusThatDoesNotSayWhichItIs) {
+    CBlobBuilder builder;
+    builder.Begin("i2c").Text("compatible", "fsl-i2c");
+    builder.Device("eeprom@50", "atmel,24c02", 0x50).End().End();
+    Mount(builder);
+    EXPECT_EQ(NamesAt("/i2c"), Names{"eeprom@50"});
+    EXPECT_EQ(m_log.Texts(LW_INFO),
+              Names{"/i2c: has no property \"reg\", which controller it is stays open\n"});
+}
+
 TEST_F(MountTree, ShowsUnknownDevicesWithANote) {
     MountOnBus([](CBlobBuilder& bus) {
         bus.Device("codec@1a", "acme,codec\0acme,sound"sv, 0x1A).End();

@@ -20,7 +20,7 @@ constexpr char PARAM_FILE[] = "i2c-0/0x77/ch1/0x70/ch2/0x51.bin";
 class QuillbankEeprom : public CQuillbankTest {
   protected:
     template <class... Args>
-    CReply Call(const std::string& path, const Args&... args) {
+    CAnswer Call(const std::string& path, const Args&... args) {
         return Send(NodeAt(*m_root, path), MSG_CALL, args...);
     }
     Bytes Contents(const std::string& file) const { return BytesOf(State() / file); }

@@ -97,7 +97,7 @@ TEST_F(RootBusErrors, StayPeekableUntilTheNextSuccess) {
 
 TEST_F(RootBusErrors, CannotBePokedAway) {
     TextOf(CI2cResult::BusStuck());
-    const CReply reply = Send(NodeAt(m_bus, "last-error"), MSG_POKEV, std::string("fine"));
+    const CAnswer reply = Send(NodeAt(m_bus, "last-error"), MSG_POKEV, std::string("fine"));
     EXPECT_EQ(reply.Code(), MSG_ERR_READONLY);
     EXPECT_EQ(m_bus.GetLastError(), "bus stuck low");
 }

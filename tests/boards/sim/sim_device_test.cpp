@@ -19,7 +19,7 @@ class SimDevice : public CSimTest {
     }
 
     template <class... Args>
-    CReply Call(const std::string& command, const Args&... args) {
+    CAnswer Call(const std::string& command, const Args&... args) {
         m_log.Clear();
         return Send(NodeAt(m_sim, command), MSG_CALL, args...);
     }
@@ -192,7 +192,7 @@ TEST_F(SimContents, CanBeChangedInAWriteProtectedChip) {
 
 TEST_F(SimContents, TellWhyTheFileFails) {
     std::filesystem::remove(m_chip.Memory().Path());
-    const CReply reply =
+    const CAnswer reply =
         Send(NodeAt(m_sim, "i2c-0.0x51"), MSG_PEEKV, uint64_t{0x20}, uint64_t{0x20});
     EXPECT_EQ(reply.Code(), MSG_ERR_FAIL);
     EXPECT_NE(

@@ -132,7 +132,7 @@ class SimPaceCommand : public SimBusPace {
     }
 
     template <class... Args>
-    CReply Call(const Args&... args) {
+    CAnswer Call(const Args&... args) {
         m_log.Clear();
         return Send(NodeAt(m_sim, "pace"), MSG_CALL, args...);
     }
