@@ -45,10 +45,7 @@ CBoardEeprom::CBoardEeprom(const std::string& name, const std::string& descripti
     ReplaceChild(*this, std::make_unique<CBoardEepromMemory>(this, attr.mem_size, read_only,
                                                              attr.mem_addr_size == 1));
     ReplaceChild(*this, std::make_unique<CBoardEepromRwTest>(m_attr, m_xfer_size, read_only));
-    if (attr.mem_size > CBoardEepromRead::LONGEST) {
-        ReplaceChild(*this,
-                     std::make_unique<CBoardEepromRead>("read", "read EEPROM", attr.mem_size));
-    }
+    ReplaceChild(*this, std::make_unique<CBoardEepromRead>("read", "read EEPROM", attr.mem_size));
 }
 
 template <class Byte, class Move>

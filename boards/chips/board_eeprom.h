@@ -1,7 +1,7 @@
 // An EEPROM of the board. It is the library's EEPROM at its place, and makes up
 // for what an operator must not run into: peeks and pokes open the path,
-// "rw-test" tells which bytes it could not put back, and a "read" that would
-// move nothing is refused.
+// "rw-test" tells which bytes it could not put back, a "read" that would move
+// nothing is refused, and one that fails closes the path.
 #pragma once
 
 #include <cstdint>

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "framework/diag_exception.h"
-#include "framework/diag_log_word.h"
+#include "framework/diag_command.h"
+#include "i2c/diag_i2c_eeprom_device.h"
 
 void CBoardEepromRead::Invoke(CInMsg& in, COutMsg& out) {
     const uint32_t length = LengthOf(in);
@@ -13,7 +13,12 @@ void CBoardEepromRead::Invoke(CInMsg& in, COutMsg& out) {
         AnswerCode(out, MSG_ERR_FAIL);
         return;
     }
-    CDiagI2cEepromReadCmd::Invoke(in, out);
+    try {
+        CDiagI2cEepromReadCmd::Invoke(in, out);
+    } catch (...) {
+        ParentDeviceOf<CDiagI2cEepromDevice>(*this).ClearPath();
+        throw;
+    }
 }
 
 // How much the command would read; 0 for arguments that it refuses itself. Its

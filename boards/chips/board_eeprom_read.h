@@ -1,5 +1,6 @@
-// The command "read" of an EEPROM whose size does not fit the 16 bits of a
-// length: a dump of all of it would read nothing and pass, so it is refused.
+// The command "read" of a board's EEPROM. A length that does not fit 16 bits
+// would read nothing and pass, so it is refused; and the path is closed also
+// when there is no memory for the dump.
 #pragma once
 
 #include <cstdint>

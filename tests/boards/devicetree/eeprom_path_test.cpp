@@ -145,3 +145,10 @@ TEST_F(EepromPathLost, OnTheWayBackIsSaidByPeek) {
     EXPECT_EQ(Peek(0, 0).bytes, Bytes{MSG_ERR_FAIL});
     EXPECT_EQ(Error(), "peek (the I2C path could not be closed)\n");
 }
+
+TEST_F(EepromPathLost, IsClosedAfterAReadThatHasNoRoomForItsDump) {
+    SimBus().Faults().Clear();
+    EXPECT_EQ(Call("read", uint32_t{300}).Code(), MSG_ERR_FAIL);
+    EXPECT_EQ(m_log.Texts(LW_ERR_SW), std::vector<std::string>{"malloc(-44) failed"});
+    EXPECT_FALSE(Answers());
+}
