@@ -119,7 +119,6 @@ CForeground::CForeground(CInterrupt& interrupt, std::function<void()> stop)
     m_interrupt.SetForeground(std::move(stop));
 }
 
-// Only a test understands the message; a command's refusal is of no interest.
 CForeground::~CForeground() {
     m_interrupt.SetForeground(nullptr);
 }

@@ -9,7 +9,19 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-using ShellJobs = JobBoard;
+class ShellJobs : public JobBoard {
+  protected:
+    // What "jobs" prints as soon as a job waits.
+    std::string ListedOnceOneWaits() {
+        std::string listed;
+        do {
+            Written();
+            Run("jobs");
+            listed = Written();
+        } while (listed.find("waiting") == std::string::npos);
+        return listed;
+    }
+};
 
 TEST_F(ShellJobs, RunBesideTheForeground) {
     EXPECT_EQ(Run("a/gated &"), EXIT_PASSED);
@@ -64,13 +76,7 @@ TEST_F(ShellJobs, AreListedWithWhatTheyWaitFor) {
     while (m_a.gated->GetStatus() != DS_DEVACC) {
         std::this_thread::yield();
     }
-    std::string listed;
-    do {
-        Written();
-        Run("jobs");
-        listed = Written();
-    } while (listed.find("waiting") == std::string::npos);
-    EXPECT_THAT(listed,
+    EXPECT_THAT(ListedOnceOneWaits(),
                 HasSubstr("[2] /a/gated: waiting for /a, held by /a/block (job 1), 0:00:00\n"));
     m_a.block->gate.Open();
     m_a.gated->gate.Open();
@@ -81,13 +87,7 @@ TEST_F(ShellJobs, TakeTurnsForOneTest) {
     Run("a/gated &");
     m_a.gated->works.Await();
     Run("a/gated &");
-    std::string listed;
-    do {
-        Written();
-        Run("jobs");
-        listed = Written();
-    } while (listed.find("waiting") == std::string::npos);
-    EXPECT_THAT(listed,
+    EXPECT_THAT(ListedOnceOneWaits(),
                 HasSubstr("[2] /a/gated: waiting for /a/gated, held by /a/gated (job 1), "));
     m_a.gated->gate.Open();
     EXPECT_EQ(Run("wait"), EXIT_PASSED) << Written();
