@@ -1,41 +1,8 @@
 // A new bus: what it is and which commands it brings.
-#include "framework/diag_param.h"
 #include "tests/i2c/bus_test.h"
+#include "tests/support/declared_params.h"
 
 namespace {
-
-// One declared argument: name, description, value type, parameter-type byte.
-struct CDeclared {
-    std::string name;
-    std::string description;
-    unsigned int vt;
-    unsigned int pt;
-
-    bool operator==(const CDeclared&) const = default;
-};
-void PrintTo(const CDeclared& param, std::ostream* out) {
-    *out << param.name << " (" << param.description << ") vt=" << param.vt << " pt=" << param.pt;
-}
-
-std::vector<CDeclared> ParametersOf(const CDiagObj& command) {
-    std::vector<CDeclared> params;
-    for (CDiagObj* child : command.GetChildren()) {
-        auto* param = dynamic_cast<CDiagParam*>(child);
-        if (param == nullptr) {
-            ADD_FAILURE() << child->GetName() << " is no parameter";
-            continue;
-        }
-        EXPECT_EQ(param->GetNodeType(), TPARAM);
-        COutMsg query;
-        param->Query(query);
-        EXPECT_EQ(query.GetHeader().len, 2);
-        EXPECT_EQ(query.GetPayload()[0], param->GetValueType());
-        EXPECT_EQ(query.GetPayload()[1], param->GetParamType());
-        params.push_back({param->GetName(), param->GetDescription(), param->GetValueType(),
-                          param->GetParamType()});
-    }
-    return params;
-}
 
 constexpr unsigned int UINT8 = 1;
 constexpr unsigned int STRING = 8;
@@ -85,8 +52,8 @@ TEST_F(I2cBus, SaysAndTransfersNothingWhenItIsCreated) {
 }
 
 TEST_F(I2cBus, DeclaresTheArgumentOfChkDev) {
-    const std::vector<CDeclared> expected = {{"addr", "device address", UINT8, REQUIRED}};
-    EXPECT_EQ(ParametersOf(Command("chk-dev")), expected);
+    const std::vector<CDeclaredParam> expected = {{"addr", "device address", UINT8, REQUIRED}};
+    EXPECT_EQ(DeclaredParamsOf(Command("chk-dev")), expected);
 }
 
 TEST_F(I2cBus, DeclaresNoArgumentOfProbe) {
@@ -94,12 +61,12 @@ TEST_F(I2cBus, DeclaresNoArgumentOfProbe) {
 }
 
 TEST_F(I2cBus, DeclaresTheOptionalArgumentOfSetSwMode) {
-    const std::vector<CDeclared> expected = {{"mode", "0-3", UINT8, OPTIONAL}};
-    EXPECT_EQ(ParametersOf(Command("set-sw-mode")), expected);
+    const std::vector<CDeclaredParam> expected = {{"mode", "0-3", UINT8, OPTIONAL}};
+    EXPECT_EQ(DeclaredParamsOf(Command("set-sw-mode")), expected);
 }
 
 TEST_F(I2cBus, DeclaresThe39ArgumentsOfTransWithoutATenthDataByte) {
-    const std::vector<CDeclared> expected = {
+    const std::vector<CDeclaredParam> expected = {
         {"rdwr", "rd/wr", STRING, REQUIRED},
         {"addr", "address", UINT8, REQUIRED},
         {"cmd-size", "command size", UINT8, REQUIRED},
@@ -141,7 +108,7 @@ TEST_F(I2cBus, DeclaresThe39ArgumentsOfTransWithoutATenthDataByte) {
         {"data34", "data34", UINT8, OPTIONAL},
     };
     ASSERT_EQ(expected.size(), 39U);
-    EXPECT_EQ(ParametersOf(Command("trans")), expected);
+    EXPECT_EQ(DeclaredParamsOf(Command("trans")), expected);
 }
 
 }  // namespace

@@ -31,6 +31,12 @@ inline std::vector<CDeclaredParam> DeclaredParamsOf(const CDiagObj& command) {
             ADD_FAILURE() << child->GetName() << " is no parameter";
             continue;
         }
+        EXPECT_EQ(param->GetNodeType(), TPARAM);
+        COutMsg query;
+        param->Query(query);
+        EXPECT_EQ(query.GetHeader().len, 2);
+        EXPECT_EQ(query.GetPayload()[0], param->GetValueType());
+        EXPECT_EQ(query.GetPayload()[1], param->GetParamType());
         params.push_back({param->GetName(), param->GetDescription(), param->GetValueType(),
                           param->GetParamType()});
     }
