@@ -36,6 +36,9 @@ class CUntilTest : public CDiagTest {
         return true;
     }
     ETestStatus TestRun(COutMsg&) override {
+        // Slept before it is said: the thread sanitizer loses a signal that meets
+        // a thread in its very first blocking call, and this line invites signals.
+        MsSleep(STEP_MS);
         SendLog(LW_PRINT, "%s works\n", GetParentDevice()->GetName());
         m_progress_total = uint64_t{2} * m_units;
         m_progress_done = m_units;
@@ -82,6 +85,7 @@ class CHoldCmd : public CDiagFunc {
     void Invoke(CInMsg& in, COutMsg& out) override {
         std::string file;
         in >> file;
+        MsSleep(STEP_MS);  // as in CUntilTest
         SendLog(LW_PRINT, "%s is held\n", GetParentDevice()->GetName());
         while (!std::filesystem::exists(file)) {
             MsSleep(STEP_MS);
