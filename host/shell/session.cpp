@@ -4,8 +4,8 @@
 #include <system_error>
 
 #include "host/diag_tree.h"
-#include "host/shell/interrupt.h"
-#include "host/shell/line_reader.h"
+#include "host/shell/input/line_reader.h"
+#include "host/shell/run/interrupt.h"
 #include "host/shell/shell.h"
 
 namespace {

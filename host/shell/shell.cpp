@@ -5,12 +5,12 @@
 #include "framework/diag_menu.h"
 #include "host/diag_tree.h"
 #include "host/exception_text.h"
-#include "host/shell/builtins.h"
-#include "host/shell/node_run.h"
+#include "host/shell/builtins/builtins.h"
+#include "host/shell/input/word_splitter.h"
 #include "host/shell/printable.h"
-#include "host/shell/request.h"
+#include "host/shell/run/node_run.h"
+#include "host/shell/run/request.h"
 #include "host/shell/usage_error.h"
-#include "host/shell/word_splitter.h"
 
 namespace {
 

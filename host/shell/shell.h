@@ -7,9 +7,9 @@
 
 #include "framework/diag_obj.h"
 #include "host/shell/exit_status.h"
-#include "host/shell/interrupt.h"
-#include "host/shell/jobs.h"
-#include "host/shell/run_watch.h"
+#include "host/shell/run/interrupt.h"
+#include "host/shell/run/jobs.h"
+#include "host/shell/run/run_watch.h"
 #include "host/terminal.h"
 
 class CDiagMenu;

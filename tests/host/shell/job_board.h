@@ -19,7 +19,7 @@
 #include "framework/diag_log_word.h"
 #include "framework/diag_param.h"
 #include "framework/diag_test.h"
-#include "host/shell/interrupt.h"
+#include "host/shell/run/interrupt.h"
 #include "host/shell/session.h"
 #include "host/shell/shell.h"
 #include "tests/host/shell/text_file.h"

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "framework/diag_multi_dev_test.h"
-#include "host/shell/request.h"
+#include "host/shell/run/request.h"
 #include "tests/host/shell/job_board.h"
 #include "tests/host/shell/text_file.h"
 

@@ -1,4 +1,4 @@
-#include "host/shell/progress_line.h"
+#include "host/shell/run/progress_line.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "framework/diag_test.h"
-#include "host/shell/request.h"
+#include "host/shell/run/request.h"
 #include "host/terminal.h"
 #include "tests/host/shell/text_file.h"
 

@@ -1,4 +1,4 @@
-#include "host/shell/question.h"
+#include "host/shell/input/question.h"
 
 #include <csignal>
 #include <thread>

@@ -1,4 +1,4 @@
-#include "host/shell/run_watch.h"
+#include "host/shell/run/run_watch.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

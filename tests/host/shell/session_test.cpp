@@ -5,7 +5,7 @@
 #include <csignal>
 #include <deque>
 
-#include "host/shell/line_reader.h"
+#include "host/shell/input/line_reader.h"
 #include "tests/host/shell/shell_tree.h"
 
 namespace {

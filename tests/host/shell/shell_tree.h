@@ -25,7 +25,7 @@
 
 #include "framework/diag_array.h"
 #include "framework/diag_device.h"
-#include "host/shell/interrupt.h"
+#include "host/shell/run/interrupt.h"
 #include "host/shell/shell.h"
 #include "host/terminal.h"
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "host/shell/line_reader.h"
+#include "host/shell/input/line_reader.h"
 #include "host/terminal.h"
 
 namespace {

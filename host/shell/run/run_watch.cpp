@@ -1,4 +1,4 @@
-#include "host/shell/run_watch.h"
+#include "host/shell/run/run_watch.h"
 
 #include <algorithm>
 #include <chrono>
@@ -7,8 +7,8 @@
 #include "host/device_lock.h"
 #include "host/diag_clock.h"
 #include "host/diag_tree.h"
-#include "host/shell/progress_line.h"
-#include "host/shell/quiet_thread.h"
+#include "host/shell/run/progress_line.h"
+#include "host/shell/run/quiet_thread.h"
 #include "host/terminal.h"
 
 namespace {

@@ -1,13 +1,13 @@
-#include "host/shell/help.h"
+#include "host/shell/builtins/help.h"
 
 #include "framework/diag_functions.h"
 #include "framework/diag_obj.h"
 #include "host/diag_tree.h"
-#include "host/shell/access.h"
-#include "host/shell/builtins.h"
+#include "host/shell/builtins/access.h"
+#include "host/shell/builtins/builtins.h"
 #include "host/shell/node_kind.h"
 #include "host/shell/printable.h"
-#include "host/shell/signature.h"
+#include "host/shell/run/signature.h"
 
 namespace {
 

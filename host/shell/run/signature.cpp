@@ -1,4 +1,4 @@
-#include "host/shell/signature.h"
+#include "host/shell/run/signature.h"
 
 #include "framework/diag_exception.h"
 #include "host/shell/printable.h"

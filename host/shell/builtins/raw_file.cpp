@@ -1,4 +1,4 @@
-#include "host/shell/raw_file.h"
+#include "host/shell/builtins/raw_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "host/shell/job.h"
+#include "host/shell/run/job.h"
 
 class CInterrupt;
 

@@ -1,9 +1,9 @@
-#include "host/shell/jobs.h"
+#include "host/shell/run/jobs.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "host/shell/interrupt.h"
+#include "host/shell/run/interrupt.h"
 #include "host/terminal.h"
 
 namespace {

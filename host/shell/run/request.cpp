@@ -1,4 +1,4 @@
-#include "host/shell/request.h"
+#include "host/shell/run/request.h"
 
 #include "framework/diag_functions.h"
 #include "framework/diag_log_word.h"

@@ -8,7 +8,7 @@
 
 #include "host/run_stop.h"
 #include "host/shell/exit_status.h"
-#include "host/shell/signature.h"
+#include "host/shell/run/signature.h"
 
 class CDiagTestBase;
 class CReply;

@@ -8,6 +8,23 @@
 
 class CShell;
 
+// What an argument names, for who completes what is typed.
+enum class EArgument {
+    WORD,       // none of the others, but perhaps one of a few words
+    NODE,       // any node
+    CONTAINER,  // a menu or a device
+    ACCESS,     // a value or an array
+    MEMORY,     // a memory device, or the array below it
+    FILE,
+    JOB,   // the number of a job
+    LINE,  // a command line of its own: this word and all that follow
+};
+
+struct CArgument {
+    EArgument kind;
+    std::vector<const char*> words = {};  // that may stand here instead
+};
+
 struct CBuiltin {
     const char* name;
     const char* synopsis;  // of the arguments
@@ -15,6 +32,8 @@ struct CBuiltin {
     size_t min_arguments;
     size_t max_arguments;
     EExitStatus (*run)(CShell& shell, const std::vector<std::string>& arguments);
+    // In order; the last stands for all that follow it too.
+    std::vector<CArgument> arguments;
 };
 
 // All of them, in the order in which "help" lists them.

@@ -1,4 +1,4 @@
-#include "host/shell/raw_ranges.h"
+#include "host/shell/builtins/raw_ranges.h"
 
 #include <algorithm>
 #include <array>

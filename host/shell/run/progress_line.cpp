@@ -1,4 +1,4 @@
-#include "host/shell/progress_line.h"
+#include "host/shell/run/progress_line.h"
 
 #include <algorithm>
 #include <utility>

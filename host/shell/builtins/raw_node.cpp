@@ -1,4 +1,4 @@
-#include "host/shell/raw_node.h"
+#include "host/shell/builtins/raw_node.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "host/shell/node_run.h"
+#include "host/shell/run/node_run.h"
 
 #include <memory>
 #include <utility>
@@ -9,7 +9,7 @@
 #include "host/diag_tree.h"
 #include "host/shell/node_kind.h"
 #include "host/shell/printable.h"
-#include "host/shell/request.h"
+#include "host/shell/run/request.h"
 #include "host/shell/usage_error.h"
 #include "host/terminal.h"
 

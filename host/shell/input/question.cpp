@@ -1,4 +1,4 @@
-#include "host/shell/question.h"
+#include "host/shell/input/question.h"
 
 #include <poll.h>
 #include <unistd.h>
@@ -6,7 +6,7 @@
 #include <array>
 #include <cerrno>
 
-#include "host/shell/interrupt.h"
+#include "host/shell/run/interrupt.h"
 #include "host/shell/shell.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "host/shell/word_splitter.h"
+#include "host/shell/input/word_splitter.h"
 
 #include <cctype>
 

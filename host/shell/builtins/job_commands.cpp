@@ -1,11 +1,11 @@
-#include "host/shell/job_commands.h"
+#include "host/shell/builtins/job_commands.h"
 
 #include <charconv>
 #include <system_error>
 
 #include "host/diag_tree.h"
-#include "host/shell/jobs.h"
 #include "host/shell/printable.h"
+#include "host/shell/run/jobs.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"
 

@@ -1,4 +1,4 @@
-#include "host/shell/device_use.h"
+#include "host/shell/builtins/device_use.h"
 
 #include "host/device_lock.h"
 #include "host/shell/shell.h"

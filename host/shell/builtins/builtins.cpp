@@ -1,15 +1,15 @@
-#include "host/shell/builtins.h"
+#include "host/shell/builtins/builtins.h"
 
 #include <algorithm>
 
 #include "host/diag_tree.h"
-#include "host/shell/access.h"
-#include "host/shell/help.h"
-#include "host/shell/job_commands.h"
-#include "host/shell/listing.h"
+#include "host/shell/builtins/access.h"
+#include "host/shell/builtins/help.h"
+#include "host/shell/builtins/job_commands.h"
+#include "host/shell/builtins/listing.h"
+#include "host/shell/builtins/raw_export.h"
+#include "host/shell/builtins/raw_import.h"
 #include "host/shell/node_kind.h"
-#include "host/shell/raw_export.h"
-#include "host/shell/raw_import.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"
 
@@ -58,29 +58,68 @@ EExitStatus Quit(CShell& shell, const CArguments&) {
 }  // namespace
 
 const std::vector<CBuiltin>& Builtins() {
+    using enum EArgument;
     static const std::vector<CBuiltin> builtins = {
-        {"cd", "[NODE]", "Go to a menu or device; without NODE to the top.", 0, 1, ChangeNode},
-        {"ls", "[NODE]", "List what is in a node.", 0, 1, List},
-        {"tree", "[NODE]", "Show everything below a node but its commands.", 0, 1, Tree},
-        {"help", "[NODE|BUILT-IN]", "Explain a node or a built-in command.", 0, 1, Help},
-        {"peek", "NODE [POSITION|FIRST..LAST]",
-         "Read a value, or elements of an array; without a position all of them.", 1, 2, Peek},
-        {"poke", "NODE [POSITION|FIRST..LAST] VALUE",
-         "Write a value, or the same value to elements of an array.", 2, 3, Poke},
-        {"export", "NODE FILE [--force]",
-         "Write the contents of a memory device to a file; --force replaces the file.", 2, 3,
-         Export},
-        {"import", "NODE FILE [OFFSET] [--yes]",
-         "Write a file into a memory device; shows what would change and asks, but for --yes.", 2,
-         4, Import},
-        {"jobs", "", "List the background jobs; NODE [ARGUMENT...] & starts one.", 0, 0, ListJobs},
-        {"wait", "[JOB...]",
-         "Wait for background jobs, without JOB for all; ends as the worst of them did.", 0,
-         ANY_NUMBER, WaitForJobs},
-        {"stop", "[JOB|NODE...]",
-         "Stop background jobs: one, those at or below a node, or without arguments all.", 0,
-         ANY_NUMBER, StopJobs},
-        {"quit", "", "Leave the shell; so does the end of input.", 0, 0, Quit},
+        {"cd",
+         "[NODE]",
+         "Go to a menu or device; without NODE to the top.",
+         0,
+         1,
+         ChangeNode,
+         {{CONTAINER}}},
+        {"ls", "[NODE]", "List what is in a node.", 0, 1, List, {{NODE}}},
+        {"tree", "[NODE]", "Show everything below a node but its commands.", 0, 1, Tree, {{NODE}}},
+        {"help", "[NODE|BUILT-IN]", "Explain a node or a built-in command.", 0, 1, Help, {{LINE}}},
+        {"peek",
+         "NODE [POSITION|FIRST..LAST]",
+         "Read a value, or elements of an array; without a position all of them.",
+         1,
+         2,
+         Peek,
+         {{ACCESS}, {WORD}}},
+        {"poke",
+         "NODE [POSITION|FIRST..LAST] VALUE",
+         "Write a value, or the same value to elements of an array.",
+         2,
+         3,
+         Poke,
+         {{ACCESS}, {WORD}}},
+        {"export",
+         "NODE FILE [--force]",
+         "Write the contents of a memory device to a file; --force replaces the file.",
+         2,
+         3,
+         Export,
+         {{MEMORY}, {FILE}, {WORD, {"--force"}}}},
+        {"import",
+         "NODE FILE [OFFSET] [--yes]",
+         "Write a file into a memory device; shows what would change and asks, but for --yes.",
+         2,
+         4,
+         Import,
+         {{MEMORY}, {FILE}, {WORD, {"--yes"}}}},
+        {"jobs",
+         "",
+         "List the background jobs; NODE [ARGUMENT...] & starts one.",
+         0,
+         0,
+         ListJobs,
+         {}},
+        {"wait",
+         "[JOB...]",
+         "Wait for background jobs, without JOB for all; ends as the worst of them did.",
+         0,
+         ANY_NUMBER,
+         WaitForJobs,
+         {{JOB}}},
+        {"stop",
+         "[JOB|NODE...]",
+         "Stop background jobs: one, those at or below a node, or without arguments all.",
+         0,
+         ANY_NUMBER,
+         StopJobs,
+         {{JOB}}},
+        {"quit", "", "Leave the shell; so does the end of input.", 0, 0, Quit, {}},
     };
     return builtins;
 }

@@ -1,4 +1,4 @@
-#include "host/shell/raw_arguments.h"
+#include "host/shell/builtins/raw_arguments.h"
 
 #include "host/shell/printable.h"
 #include "host/shell/usage_error.h"

@@ -1,4 +1,4 @@
-#include "host/shell/job.h"
+#include "host/shell/run/job.h"
 
 #include <array>
 #include <cinttypes>
@@ -9,10 +9,10 @@
 #include "framework/diag_test_base.h"
 #include "host/diag_clock.h"
 #include "host/exception_text.h"
-#include "host/shell/progress_line.h"
-#include "host/shell/quiet_thread.h"
-#include "host/shell/request.h"
-#include "host/shell/run_watch.h"
+#include "host/shell/run/progress_line.h"
+#include "host/shell/run/quiet_thread.h"
+#include "host/shell/run/request.h"
+#include "host/shell/run/run_watch.h"
 #include "host/terminal.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "host/shell/raw_import.h"
+#include "host/shell/builtins/raw_import.h"
 
 #include <algorithm>
 #include <memory>
@@ -6,13 +6,13 @@
 
 #include "framework/diag_functions.h"
 #include "host/exception_text.h"
-#include "host/shell/device_use.h"
+#include "host/shell/builtins/device_use.h"
+#include "host/shell/builtins/raw_arguments.h"
+#include "host/shell/builtins/raw_file.h"
+#include "host/shell/builtins/raw_node.h"
+#include "host/shell/builtins/raw_ranges.h"
+#include "host/shell/input/question.h"
 #include "host/shell/printable.h"
-#include "host/shell/question.h"
-#include "host/shell/raw_arguments.h"
-#include "host/shell/raw_file.h"
-#include "host/shell/raw_node.h"
-#include "host/shell/raw_ranges.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"
 #include "host/shell/value_type.h"

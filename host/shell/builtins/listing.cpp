@@ -1,4 +1,4 @@
-#include "host/shell/listing.h"
+#include "host/shell/builtins/listing.h"
 
 #include <algorithm>
 #include <vector>

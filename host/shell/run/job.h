@@ -11,7 +11,7 @@
 #include <string>
 #include <thread>
 
-#include "host/shell/node_run.h"
+#include "host/shell/run/node_run.h"
 
 class CRunWatch;
 

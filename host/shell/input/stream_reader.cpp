@@ -1,7 +1,7 @@
 #include <array>
 #include <cerrno>
 
-#include "host/shell/line_reader.h"
+#include "host/shell/input/line_reader.h"
 #include "host/terminal.h"
 
 ELine CStreamReader::Read(const std::string& prompt, std::string& line) {

@@ -9,8 +9,8 @@
 #include <optional>
 #include <system_error>
 
-#include "host/shell/interrupt.h"
-#include "host/shell/line_reader.h"
+#include "host/shell/input/line_reader.h"
+#include "host/shell/run/interrupt.h"
 #include "host/terminal.h"
 
 namespace {

@@ -1,13 +1,13 @@
-#include "host/shell/access.h"
+#include "host/shell/builtins/access.h"
 
 #include <memory>
 
 #include "framework/diag_exception.h"
 #include "framework/diag_functions.h"
 #include "host/diag_tree.h"
-#include "host/shell/device_use.h"
+#include "host/shell/builtins/device_use.h"
 #include "host/shell/node_kind.h"
-#include "host/shell/request.h"
+#include "host/shell/run/request.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"
 #include "host/shell/value_type.h"

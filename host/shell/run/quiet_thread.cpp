@@ -1,4 +1,4 @@
-#include "host/shell/quiet_thread.h"
+#include "host/shell/run/quiet_thread.h"
 
 #include <csignal>
 

@@ -1,4 +1,4 @@
-#include "host/shell/interrupt.h"
+#include "host/shell/run/interrupt.h"
 
 #include <fcntl.h>
 #include <sys/eventfd.h>
@@ -10,8 +10,8 @@
 #include <csignal>
 #include <system_error>
 
-#include "host/shell/quiet_thread.h"
-#include "host/shell/request.h"
+#include "host/shell/run/quiet_thread.h"
+#include "host/shell/run/request.h"
 
 namespace {
 
