@@ -1,11 +1,11 @@
 #include "host/shell/value_type.h"
 
 #include <array>
-#include <charconv>
 #include <limits>
 
 #include "framework/diag_functions.h"
 #include "host/integer_type.h"
+#include "host/shell/number.h"
 #include "host/shell/printable.h"
 #include "host/shell/usage_error.h"
 
@@ -18,41 +18,6 @@ constexpr std::array<const char*, VT_USERDEF + 1> TYPE_NAMES = {
 uint64_t LargestOf(EValueType type) {
     const uint64_t all = std::numeric_limits<uint64_t>::max();
     return all >> (64U - BitsOfType(type) + (IsSignedType(type) ? 1U : 0U));
-}
-
-// The digits of a number; false when there are none, others, or too many.
-bool ParseDigits(std::string_view digits, uint64_t& value) {
-    int base = 10;
-    if (digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X')) {
-        base = 16;
-        digits.remove_prefix(2);
-    }
-    const char* end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, value, base);
-    if (error == std::errc::result_out_of_range) {
-        throw std::out_of_range("number");
-    }
-    return error == std::errc() && stop == end;
-}
-
-// A number and whether it is negative.
-struct CNumber {
-    uint64_t magnitude = 0;
-    bool negative = false;
-};
-
-CNumber ParseNumber(const std::string& word, const std::string& range) {
-    CNumber number;
-    number.negative = !word.empty() && word.front() == '-';
-    try {
-        if (ParseDigits(std::string_view(word).substr(number.negative ? 1 : 0), number.magnitude)) {
-            return number;
-        }
-    } catch (const std::out_of_range&) {
-        throw CUsageError(Printable(word) + " is out of range, " + range + " fits");
-    }
-    throw CUsageError("\"" + Printable(word) + "\" is not a number; decimal or 0x hexadecimal, " +
-                      range + ", fits");
 }
 
 void PackInteger(COutMsg& request, uint64_t value, unsigned int bits) {
@@ -134,22 +99,22 @@ void CValueType::Pack(COutMsg& request, const std::string& word) const {
                 BitsOfType(type));
 }
 
-std::string CValueType::Unpack(CInMsg& response) const {
+CValue CValueType::Unpack(CInMsg& response) const {
     const EValueType type = TypeOf(m_vt);
-    std::string text;
     if (!IsIntegerType(type)) {
+        std::string text;
         response >> text;
-        return Printable(text);
+        return {Printable(text), text};
     }
-    uint64_t value = UnpackInteger(response, BitsOfType(type));
-    reg_data_to_string(text, &value, type, m_vt);
-    return text;
-}
-
-uint64_t ParseUnsigned(const std::string& word, uint64_t max, const std::string& range) {
-    const CNumber number = ParseNumber(word, range);
-    if (number.magnitude > max || (number.negative && number.magnitude != 0)) {
-        throw CUsageError(word + " is out of range, " + range + " fits");
+    uint64_t bits = UnpackInteger(response, BitsOfType(type));
+    CValue value;
+    reg_data_to_string(value.text, &bits, type, m_vt);
+    if (IsSignedType(type)) {
+        // Brings the sign of a narrow type to the top and down again.
+        const unsigned int above = 64U - BitsOfType(type);
+        value.data = static_cast<int64_t>(bits << above) >> above;
+    } else {
+        value.data = bits;
     }
-    return number.magnitude;
+    return value;
 }

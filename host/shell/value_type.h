@@ -4,8 +4,15 @@
 
 #include <cstdint>
 #include <string>
+#include <variant>
 
 #include "framework/diag_msg.h"
+
+// One value that was read.
+struct CValue {
+    std::string text;  // as it is shown
+    std::variant<std::string, int64_t, uint64_t> data;
+};
 
 // A value-type byte as the nodes declare it.
 class CValueType {
@@ -20,13 +27,9 @@ class CValueType {
 
     // Appends what `word` stands for; throws CUsageError when it does not fit.
     void Pack(COutMsg& request, const std::string& word) const;
-    // Reads one value and returns its text.
-    std::string Unpack(CInMsg& response) const;
+    // Reads one value.
+    CValue Unpack(CInMsg& response) const;
 
   private:
     uint8_t m_vt;
 };
-
-// A number in decimal or hexadecimal, with or without sign; throws CUsageError
-// with a text that says what fits, `range`.
-uint64_t ParseUnsigned(const std::string& word, uint64_t max, const std::string& range);
