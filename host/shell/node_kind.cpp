@@ -42,6 +42,11 @@ std::string DescribeType(const CDiagObj& node) {
     return KindOf(node).text;
 }
 
+std::string TypeName(const CDiagObj& node) {
+    const std::string text = DescribeType(node);
+    return text.substr(text.find(' ') + 1);
+}
+
 std::string TypeMark(const CDiagObj& node) {
     return KindOf(node).mark;
 }

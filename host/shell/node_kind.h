@@ -7,6 +7,8 @@ class CDiagObj;
 
 // "a device", "a command", ...
 std::string DescribeType(const CDiagObj& node);
+// The same without the article.
+std::string TypeName(const CDiagObj& node);
 // The mark behind the name in listings: "/" for menus and devices, "=" for
 // values, "[]" for arrays, "!" for tests, nothing for commands.
 std::string TypeMark(const CDiagObj& node);

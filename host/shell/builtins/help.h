@@ -1,12 +1,12 @@
-// Help texts.
+// "help" and its texts.
 #pragma once
 
 #include <string>
+#include <vector>
 
-class CDiagObj;
-struct CBuiltin;
+#include "host/shell/exit_status.h"
 
-std::string HelpOnShell();
-std::string HelpOnBuiltin(const CBuiltin& builtin);
-// What a node is, how it is used, and its arguments if it has any.
-std::string HelpOnNode(CDiagObj& node);
+class CShell;
+
+// help [NODE|BUILT-IN|syntax]
+EExitStatus Help(CShell& shell, const std::vector<std::string>& arguments);

@@ -1,5 +1,8 @@
 #include "host/shell/run/signature.h"
 
+#include <charconv>
+#include <system_error>
+
 #include "framework/diag_exception.h"
 #include "host/shell/printable.h"
 #include "host/shell/usage_error.h"
@@ -7,6 +10,33 @@
 namespace {
 
 constexpr uint8_t DIRECTION_MASK = 0x0F;
+// From so many on, numbered arguments are shown as the first and the last.
+constexpr size_t SHORTENED_FROM = 3;
+
+// "data12" as "data" and 12; false for a name that ends in no plain number.
+bool SplitNumber(const std::string& name, std::string& stem, uint64_t& number) {
+    const size_t digits = name.find_last_not_of("0123456789") + 1;
+    stem = name.substr(0, digits);
+    const std::string tail = name.substr(digits);
+    const auto parsed = std::from_chars(tail.data(), tail.data() + tail.size(), number);
+    return parsed.ec == std::errc() && tail == std::to_string(number);
+}
+
+// The last of the optional inputs from `first` on that are numbered one by one,
+// as in data0, data1, data2; `first` itself when it stands alone.
+size_t LastOfNumbered(const std::vector<CParamInfo>& inputs, size_t first) {
+    std::string stem;
+    uint64_t number = 0;
+    if (!inputs[first].optional || !SplitNumber(inputs[first].name, stem, number)) {
+        return first;
+    }
+    size_t last = first;
+    while (last + 1 < inputs.size() && inputs[last + 1].optional &&
+           inputs[last + 1].name == stem + std::to_string(++number)) {
+        ++last;
+    }
+    return last;
+}
 
 }  // namespace
 
@@ -31,9 +61,15 @@ CSignature CSignature::Of(CDiagObj& node) {
 
 std::string CSignature::Synopsis() const {
     std::string text;
-    for (const CParamInfo& input : inputs) {
+    for (size_t i = 0; i < inputs.size(); ++i) {
         text += text.empty() ? "" : " ";
-        text += input.optional ? "[" + input.name + "]" : input.name;
+        const size_t last = LastOfNumbered(inputs, i);
+        if (last + 1 - i >= SHORTENED_FROM) {
+            text += "[" + inputs[i].name + " .. " + inputs[last].name + "]";
+            i = last;
+        } else {
+            text += inputs[i].optional ? "[" + inputs[i].name + "]" : inputs[i].name;
+        }
     }
     return text;
 }

@@ -21,7 +21,8 @@ struct CSignature {
     // As the parameter nodes below `node` describe themselves.
     static CSignature Of(CDiagObj& node);
 
-    // "rdwr addr [data]": the inputs in order, optional ones in brackets.
+    // "rdwr addr [data0 .. data31]": the inputs in order, optional ones in
+    // brackets, numbered ones from the first to the last.
     std::string Synopsis() const;
 
     // Appends the words as arguments, each in its declared type. Throws
