@@ -1,33 +1,24 @@
-#include <algorithm>
-
 #include "host/terminal.h"
 
 namespace {
 
-constexpr unsigned int ALL_LEVELS = 16;
-constexpr unsigned int ONLY_LEVEL_0 = 1;
+EColour ColourOf(ELogTypes type) {
+    switch (type) {
+        case LOG_LT_ERR_TEST:
+        case LOG_LT_ERR_SYS:
+        case LOG_LT_ERR_SW:
+            return EColour::RED;
+        case LOG_LT_WARN:
+            return EColour::YELLOW;
+        default:
+            return EColour::NONE;
+    }
+}
 
 }  // namespace
 
-CTerminalLog::CTerminalLog(CTerminal& terminal) : m_terminal(terminal) {
-    for (auto& below : m_shown_below) {
-        below = ALL_LEVELS;
-    }
-    m_shown_below[LOG_LT_HW_DEBUG_BASE] = ONLY_LEVEL_0;
-    m_shown_below[LOG_LT_SW_DEBUG_BASE] = ONLY_LEVEL_0;
-}
-
-void CTerminalLog::SetLevel(ELogTypes type, unsigned int level) {
-    m_shown_below.at(type) = std::min(level, ALL_LEVELS - 1) + 1;
-}
-
-void CTerminalLog::Hide(ELogTypes type) {
-    m_shown_below.at(type) = 0;
-}
-
-bool CTerminalLog::Takes(unsigned int logword) const {
-    return LogLevelOf(logword) < m_shown_below[LogTypeOf(logword)];
-}
+CTerminalLog::CTerminalLog(CTerminal& terminal, const CLogFilter& filter)
+    : m_terminal(terminal), m_filter(filter) {}
 
 void CTerminalLog::Write(const CLogRecord& record) {
     if (!Takes(record.logword)) {
@@ -39,6 +30,7 @@ void CTerminalLog::Write(const CLogRecord& record) {
     }
     m_terminal.EndLine();
     if (!record.text.empty()) {
-        m_terminal.Write(record.text.back() == '\n' ? record.text : record.text + '\n');
+        m_terminal.WriteLines(record.text.back() == '\n' ? record.text : record.text + '\n',
+                              ColourOf(LogTypeOf(record.logword)));
     }
 }
