@@ -5,7 +5,9 @@
 #include <memory>
 #include <string>
 
+class CHistory;
 class CInterrupt;
+class CShell;
 class CTerminal;
 
 enum class ELine {
@@ -27,23 +29,34 @@ class ILineReader {
     virtual ELine Read(const std::string& prompt, std::string& line) = 0;
 };
 
-// Lines of a file or a pipe, or of a terminal whose output goes elsewhere. The
-// streams are not owned; prompts go to `prompts`, if there is one.
+// Lines of a file or a pipe, without prompts. The stream is not owned.
 class CStreamReader : public ILineReader {
   public:
-    explicit CStreamReader(std::FILE* in, CTerminal* prompts = nullptr)
-        : m_in(in), m_prompts(prompts) {}
+    explicit CStreamReader(std::FILE* in) : m_in(in) {}
     ELine Read(const std::string& prompt, std::string& line) override;
 
   private:
-    ELine ReadLine(std::string& line);
     void SkipByteOrderMark();
 
     std::FILE* const m_in;
-    CTerminal* const m_prompts;
     bool m_begun = false;
 };
 
-// Lines typed at a terminal, with editing and the history of this run. What is
-// written meanwhile appears above the line.
-std::unique_ptr<ILineReader> MakeTerminalReader(const CInterrupt& interrupt, CTerminal& terminal);
+// Lines typed at a terminal on which none can be edited, or whose output goes
+// elsewhere.
+class CPromptReader : public ILineReader {
+  public:
+    CPromptReader(std::FILE* in, CTerminal& terminal, const CInterrupt& interrupt)
+        : m_in(in), m_terminal(terminal), m_interrupt(interrupt), m_lines(in) {}
+    ELine Read(const std::string& prompt, std::string& line) override;
+
+  private:
+    std::FILE* const m_in;
+    CTerminal& m_terminal;
+    const CInterrupt& m_interrupt;
+    CStreamReader m_lines;
+};
+
+// Lines typed at a terminal that can move its cursor, with editing, completion and
+// the history. What is written meanwhile appears above the line.
+std::unique_ptr<ILineReader> MakeTerminalReader(const CShell& shell, const CHistory& history);

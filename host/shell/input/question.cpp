@@ -1,11 +1,12 @@
 #include "host/shell/input/question.h"
 
-#include <poll.h>
 #include <unistd.h>
 
-#include <array>
+#include <cctype>
 #include <cerrno>
 
+#include "host/shell/input/await_input.h"
+#include "host/shell/input/terminal_echo.h"
 #include "host/shell/run/interrupt.h"
 #include "host/shell/shell.h"
 
@@ -13,17 +14,9 @@ namespace {
 
 enum class EEnd { LINE, INPUT, INTERRUPTED };
 
-// Waits for input, unless Ctrl-C comes first or came already.
-bool Await(const CInterrupt& interrupt) {
-    std::array<pollfd, 2> inputs{{{STDIN_FILENO, POLLIN, 0}, {interrupt.Descriptor(), POLLIN, 0}}};
-    while (::poll(inputs.data(), inputs.size(), -1) < 0 && errno == EINTR) {
-    }
-    return inputs[1].revents == 0;
-}
-
 // Byte by byte: what is typed behind the line is for others.
 EEnd ReadLine(const CInterrupt& interrupt, std::string& line) {
-    while (Await(interrupt)) {
+    while (AwaitInput(STDIN_FILENO, interrupt)) {
         char byte = 0;
         const ssize_t count = ::read(STDIN_FILENO, &byte, 1);
         if (count < 0 && errno == EINTR) {
@@ -40,6 +33,14 @@ EEnd ReadLine(const CInterrupt& interrupt, std::string& line) {
     return EEnd::INTERRUPTED;
 }
 
+// In any case of its letters.
+bool IsYes(std::string answer) {
+    for (char& c : answer) {
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return answer == "y" || answer == "yes";
+}
+
 }  // namespace
 
 bool CanAsk() {
@@ -48,6 +49,7 @@ bool CanAsk() {
 
 EAnswer Ask(CShell& shell, const std::string& question) {
     CTerminal& terminal = shell.Terminal();
+    const CEchoedInput echoed;
     terminal.EndLine();
     terminal.BeginPrompt(question);
     std::string line;
@@ -62,6 +64,5 @@ EAnswer Ask(CShell& shell, const std::string& question) {
     if (end == EEnd::INTERRUPTED) {
         return EAnswer::INTERRUPTED;
     }
-    const bool yes = line == "y" || line == "Y" || line == "yes";
-    return end == EEnd::LINE && yes ? EAnswer::YES : EAnswer::NO;
+    return end == EEnd::LINE && IsYes(line) ? EAnswer::YES : EAnswer::NO;
 }

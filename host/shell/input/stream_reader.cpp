@@ -2,23 +2,13 @@
 #include <cerrno>
 
 #include "host/shell/input/line_reader.h"
-#include "host/terminal.h"
 
-ELine CStreamReader::Read(const std::string& prompt, std::string& line) {
-    if (m_prompts == nullptr) {
-        return ReadLine(line);
-    }
-    m_prompts->BeginPrompt(prompt);
-    const ELine result = ReadLine(line);
-    m_prompts->EndPrompt();
-    return result;
-}
-
-ELine CStreamReader::ReadLine(std::string& line) {
+ELine CStreamReader::Read(const std::string&, std::string& line) {
     SkipByteOrderMark();
     line.clear();
     bool too_long = false;
-    int c = std::getc(m_in);
+    // Ctrl-C may have come while the mark was looked for.
+    int c = std::ferror(m_in) != 0 ? EOF : std::getc(m_in);
     const bool at_end = c == EOF;
     for (; c != EOF && c != '\n'; c = std::getc(m_in)) {
         too_long = too_long || line.size() == MAX_LINE;

@@ -1,30 +1,36 @@
 #include <histedit.h>
-#include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cwchar>
 #include <optional>
 #include <system_error>
 
+#include "host/shell/input/candidates.h"
+#include "host/shell/input/completion.h"
+#include "host/shell/input/history.h"
+#include "host/shell/input/history_search.h"
+#include "host/shell/input/keyboard.h"
+#include "host/shell/input/line_layout.h"
 #include "host/shell/input/line_reader.h"
-#include "host/shell/run/interrupt.h"
+#include "host/shell/input/terminal_echo.h"
+#include "host/shell/input/wide_text.h"
+#include "host/shell/shell.h"
 #include "host/terminal.h"
 
 namespace {
 
-constexpr int HISTORY_SIZE = 500;
-
 struct CEditLineEnd {
-    void operator()(EditLine* el) const { ::el_end(el); }
-};
-struct CHistoryEnd {
-    void operator()(History* history) const { ::history_end(history); }
+    void operator()(EditLine* el) const {
+        // The library would throw away what was typed ahead.
+        ::el_set(el, EL_EDITMODE, 0);
+        ::el_end(el);
+    }
 };
 
-// An event that other threads set and the reader polls for.
+// An event that other threads set and the reader waits for.
 class CEvent {
   public:
     CEvent() : m_fd(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
@@ -47,31 +53,30 @@ class CEvent {
     const int m_fd;
 };
 
-// Columns that a character takes where the editor shows it.
-size_t WidthOf(wchar_t character) {
-    const int width = ::wcwidth(character);
-    return width >= 0 ? static_cast<size_t>(width) : 2;  // as ^C
-}
-
 class CTerminalReader : public ILineReader {
   public:
-    CTerminalReader(const CInterrupt& interrupt, CTerminal& terminal)
-        : m_interrupt(interrupt),
-          m_terminal(terminal),
-          m_edit(::el_init("diagsh", stdin, stdout, stderr)),
-          m_history(::history_init()) {
-        HistEvent event;
-        ::history(m_history.get(), &event, H_SETSIZE, HISTORY_SIZE);
-        ::history(m_history.get(), &event, H_SETUNIQUE, 1);
-        ::el_set(m_edit.get(), EL_CLIENTDATA, this);
-        ::el_set(m_edit.get(), EL_PROMPT, &Prompt);
-        ::el_set(m_edit.get(), EL_EDITOR, "emacs");
-        ::el_set(m_edit.get(), EL_HIST, ::history, m_history.get());
-        // Gives the terminal back when the program is stopped or ended by a
-        // signal, and takes it again when it goes on.
-        ::el_set(m_edit.get(), EL_SIGNAL, 1);
-        ::el_set(m_edit.get(), EL_GETCFN, &ReadCharacter);
-        ::el_set(m_edit.get(), EL_BIND, "^R", "em-inc-search-prev", nullptr);
+    CTerminalReader(const CShell& shell, const CHistory& history)
+        : m_shell(shell),
+          m_terminal(shell.Terminal()),
+          m_keyboard(shell.Interrupt()),
+          m_search(history),
+          m_edit(::el_init("diagsh", stdin, stdout, stderr)) {
+        EditLine* edit = m_edit.get();
+        ::el_set(edit, EL_CLIENTDATA, this);
+        // Between two lines the library is to leave the terminal as it is.
+        ::el_set(edit, EL_SETTY, "-x", "-echo", "-icanon", "-iexten", nullptr);
+        ::el_wset(edit, EL_PROMPT, &Prompt);
+        ::el_set(edit, EL_EDITOR, "emacs");
+        ::el_set(edit, EL_HIST, ::history, history.Handle());
+        ::el_set(edit, EL_GETCFN, &ReadKey);
+        Bind(L"complete-word", &CompleteWord, {"\t"});
+        Bind(L"older-line", &OlderLine, {"^P", "\\e[A", "\\eOA"});
+        Bind(L"newer-line", &NewerLine, {"^N", "\\e[B", "\\eOB"});
+        ::el_set(edit, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+        // The library takes it for each special key that the terminal does not have.
+        ::el_set(edit, EL_BIND, "^@", "em-set-mark", nullptr);
+        m_keyboard.Watch(m_text.Descriptor(), [this] { LetTextThrough(); });
+        m_keyboard.Watch(m_echo.Descriptor(), [this] { FollowScreen(); });
     }
 
     ELine Read(const std::string& prompt, std::string& line) override {
@@ -84,38 +89,33 @@ class CTerminalReader : public ILineReader {
 
   private:
     ELine ReadLine(const std::string& prompt, std::string& line) {
-        m_prompt = prompt;
+        m_prompt = Widened(prompt);
         m_interrupted = false;
-        m_unreadable = false;
+        m_search.Reset();
+        m_keyboard.TakeUnreadable();
+        m_echo.TakeChange();
+        ::el_resize(m_edit.get());
+        m_columns = m_terminal.Columns();
         line.clear();
         int length = 0;
-        // Before the prompt, so that what is typed at it is never taken as the
-        // keys of a terminal that is not ready.
-        ::el_set(m_edit.get(), EL_PREP_TERM, 1);
-        const char* text = ::el_gets(m_edit.get(), &length);
+        // Wide, since the narrow text ends at a NUL.
+        const wchar_t* text = ::el_wgets(m_edit.get(), &length);
         if (text == nullptr || length <= 0) {
-            if (m_interrupted) {
-                ::el_reset(m_edit.get());
-                std::fputc('\n', stdout);
-                return ELine::INTERRUPTED;
+            if (!m_interrupted) {
+                return ELine::END;
             }
-            return ELine::END;
+            ::el_reset(m_edit.get());
+            std::fputc('\n', stdout);
+            return ELine::INTERRUPTED;
         }
-        line.assign(text, static_cast<size_t>(length));
+        line = Narrowed({text, static_cast<size_t>(length)});
         if (line.back() == '\n') {
             line.pop_back();
         }
         if (line.size() > MAX_LINE) {
             return ELine::TOO_LONG;
         }
-        if (m_unreadable) {
-            return ELine::UNREADABLE;
-        }
-        if (line.find_first_not_of(" \t") != std::string::npos) {
-            HistEvent event;
-            ::history(m_history.get(), &event, H_ENTER, line.c_str());
-        }
-        return ELine::READ;
+        return m_keyboard.TakeUnreadable() ? ELine::UNREADABLE : ELine::READ;
     }
 
     static CTerminalReader& Self(EditLine* edit) {
@@ -124,39 +124,85 @@ class CTerminalReader : public ILineReader {
         return *static_cast<CTerminalReader*>(self);
     }
 
-    static char* Prompt(EditLine* edit) { return Self(edit).m_prompt.data(); }
+    static wchar_t* Prompt(EditLine* edit) { return Self(edit).m_prompt.data(); }
 
-    // The library's own reader starts again after every signal; this one lets
-    // Ctrl-C end the line. Others (the window was resized, the program goes on
-    // after a stop) leave the line as it is, drawn anew.
-    static int ReadCharacter(EditLine* edit, wchar_t* character) {
-        std::mbstate_t state{};
-        while (true) {
-            char byte = 0;
-            const ssize_t count = Self(edit).ReadByte(byte);
-            if (count < 0 && errno == EINTR && !Self(edit).m_interrupt.IsPending()) {
-                ::el_set(edit, EL_REFRESH);
-                continue;
-            }
-            if (count <= 0) {
-                Self(edit).m_interrupted = count < 0 && errno == EINTR;
-                return static_cast<int>(count);
-            }
-            const bool first = std::mbsinit(&state) != 0;
-            const size_t used = std::mbrtowc(character, &byte, 1, &state);
-            if (used == static_cast<size_t>(-1)) {
-                CTerminalReader& self = Self(edit);
-                if (!first) {
-                    self.m_put_back = byte;
-                }
-                self.m_unreadable = true;
-                *character = L'?';
+    static int ReadKey(EditLine* edit, wchar_t* character) {
+        CTerminalReader& self = Self(edit);
+        switch (self.m_keyboard.Read(*character)) {
+            case CKeyboard::EKey::CHARACTER:
                 return 1;
-            }
-            if (used != static_cast<size_t>(-2)) {
-                return 1;
-            }
+            case CKeyboard::EKey::INTERRUPTED:
+                self.m_interrupted = true;
+                return -1;
+            default:
+                return 0;
         }
+    }
+
+    void Bind(const wchar_t* name, unsigned char (*function)(EditLine*, int),
+              std::initializer_list<const char*> keys) {
+        ::el_wset(m_edit.get(), EL_ADDFN, name, name, function);
+        const std::string narrow = Narrowed(name);
+        for (const char* key : keys) {
+            ::el_set(m_edit.get(), EL_BIND, key, narrow.c_str(), nullptr);
+        }
+    }
+
+    static unsigned char CompleteWord(EditLine* edit, int) { return Self(edit).CompleteWord(); }
+    static unsigned char OlderLine(EditLine* edit, int) {
+        CTerminalReader& self = Self(edit);
+        return self.ShowLine(self.m_search.Older(self.Line(), self.BeforeCursor().size()));
+    }
+    static unsigned char NewerLine(EditLine* edit, int) {
+        CTerminalReader& self = Self(edit);
+        return self.ShowLine(self.m_search.Newer(self.Line(), self.BeforeCursor().size()));
+    }
+
+    unsigned char CompleteWord() {
+        EditLine* edit = m_edit.get();
+        if (m_keyboard.HasMore()) {
+            // Nobody types that fast: it is part of a pasted text.
+            return ::el_winsertstr(edit, L" ") == 0 ? CC_REFRESH : CC_ERROR;
+        }
+        const std::string before = BeforeCursor();
+        const CCompletion found = Complete(m_shell, Line(), before.size());
+        const std::string typed = before.substr(found.begin);
+        if (found.text != typed) {
+            ::el_wdeletestr(edit, static_cast<int>(Widened(typed).size()));
+            return ::el_winsertstr(edit, Widened(found.text).c_str()) == 0 ? CC_REFRESH : CC_ERROR;
+        }
+        if (found.count > 1) {
+            WriteAbove(
+                InColumns(found.candidates, found.count - found.candidates.size(), m_columns));
+            return CC_NORM;
+        }
+        if (!found.hint.empty()) {
+            WriteAbove(found.hint);
+            return CC_NORM;
+        }
+        return CC_ERROR;
+    }
+
+    unsigned char ShowLine(const std::optional<std::string>& line) {
+        if (!line.has_value()) {
+            return CC_ERROR;
+        }
+        EditLine* edit = m_edit.get();
+        const LineInfoW* shown = ::el_wline(edit);
+        const auto length = static_cast<int>(shown->lastchar - shown->buffer);
+        ::el_cursor(edit, static_cast<int>(shown->lastchar - shown->cursor));
+        ::el_wdeletestr(edit, length);
+        ::el_winsertstr(edit, Widened(*line).c_str());
+        return CC_REFRESH;
+    }
+
+    std::string Line() const {
+        const LineInfoW* line = ::el_wline(m_edit.get());
+        return Narrowed({line->buffer, line->lastchar});
+    }
+    std::string BeforeCursor() const {
+        const LineInfoW* line = ::el_wline(m_edit.get());
+        return Narrowed({line->buffer, line->cursor});
     }
 
     // Writes what others wrote meanwhile above the line, which is then drawn anew.
@@ -164,7 +210,7 @@ class CTerminalReader : public ILineReader {
         m_text.Clear();
         bool written = false;
         m_terminal.WriteWaiting([&] {
-            MakeRoom();
+            GoToPrompt(CursorRow(m_columns));
             written = true;
         });
         if (written) {
@@ -172,62 +218,55 @@ class CTerminalReader : public ILineReader {
         }
     }
 
-    // Clears the prompt and what is typed, from the row where they begin.
-    void MakeRoom() {
-        size_t width = 0;
-        for (const char c : m_prompt) {
-            // Bytes that go on a character take no column of their own.
-            width += (static_cast<unsigned char>(c) & 0xC0U) == 0x80U ? 0 : 1;
+    void WriteAbove(const std::string& lines) {
+        GoToPrompt(CursorRow(m_columns));
+        std::fputs(lines.c_str(), stdout);
+        ::el_set(m_edit.get(), EL_REFRESH);
+    }
+
+    // The window has a new size, or the program goes on after a stop.
+    void FollowScreen() {
+        const CTerminalEcho::EChange change = m_echo.TakeChange();
+        const unsigned int before = std::exchange(m_columns, m_terminal.Columns());
+        ::el_resize(m_edit.get());
+        if (change == CTerminalEcho::EChange::SIZE) {
+            // Some terminals break their rows anew and some do not. Too few rows
+            // leave a piece of the old line, too many would take others' text.
+            GoToPrompt(std::min(CursorRow(before), CursorRow(m_columns)));
+        } else {
+            GoToPrompt(0);
         }
+        ::el_set(m_edit.get(), EL_REFRESH);
+    }
+
+    size_t CursorRow(unsigned int columns) const {
         const LineInfoW* line = ::el_wline(m_edit.get());
-        for (const wchar_t* c = line->buffer; c < line->cursor; ++c) {
-            width += WidthOf(*c);
-        }
-        const unsigned int columns = m_terminal.Columns();
-        if (columns != 0 && width >= columns) {
-            std::fprintf(stdout, "\x1b[%zuA", width / columns);
+        return RowOfCursor(m_prompt, {line->buffer, line->cursor}, columns);
+    }
+
+    // Clears the prompt and what is typed, from the row where they begin.
+    static void GoToPrompt(size_t rows_up) {
+        if (rows_up != 0) {
+            std::fprintf(stdout, "\x1b[%zuA", rows_up);
         }
         std::fputs("\r\x1b[J", stdout);
     }
 
-    // As read() does; a pending Ctrl-C counts as an interruption.
-    ssize_t ReadByte(char& byte) {
-        if (m_put_back.has_value()) {
-            byte = *m_put_back;
-            m_put_back.reset();
-            return 1;
-        }
-        std::array<pollfd, 3> inputs{{{STDIN_FILENO, POLLIN, 0},
-                                      {m_interrupt.Descriptor(), POLLIN, 0},
-                                      {m_text.Descriptor(), POLLIN, 0}}};
-        do {
-            if (::poll(inputs.data(), inputs.size(), -1) < 0) {
-                return -1;
-            }
-            if (inputs[2].revents != 0) {
-                LetTextThrough();
-            }
-        } while (inputs[0].revents == 0 && inputs[1].revents == 0);
-        if (inputs[1].revents != 0) {
-            errno = EINTR;
-            return -1;
-        }
-        return ::read(STDIN_FILENO, &byte, 1);
-    }
-
-    const CInterrupt& m_interrupt;
+    const CShell& m_shell;
     CTerminal& m_terminal;
+    CKeyboard m_keyboard;
+    CHistorySearch m_search;
     CEvent m_text;  // text of other threads waits
-    std::string m_prompt;
+    CTerminalEcho m_echo;
+    std::wstring m_prompt;
+    unsigned int m_columns = 0;
     bool m_interrupted = false;
-    bool m_unreadable = false;       // the line held bytes that are no characters
-    std::optional<char> m_put_back;  // a byte that broke a character off
+    // Before the history and the echo go.
     std::unique_ptr<EditLine, CEditLineEnd> m_edit;
-    std::unique_ptr<History, CHistoryEnd> m_history;
 };
 
 }  // namespace
 
-std::unique_ptr<ILineReader> MakeTerminalReader(const CInterrupt& interrupt, CTerminal& terminal) {
-    return std::make_unique<CTerminalReader>(interrupt, terminal);
+std::unique_ptr<ILineReader> MakeTerminalReader(const CShell& shell, const CHistory& history) {
+    return std::make_unique<CTerminalReader>(shell, history);
 }

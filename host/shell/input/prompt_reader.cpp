@@ -1,0 +1,14 @@
+#include "host/shell/input/await_input.h"
+#include "host/shell/input/line_reader.h"
+#include "host/terminal.h"
+
+ELine CPromptReader::Read(const std::string& prompt, std::string& line) {
+    m_terminal.BeginPrompt(prompt);
+    const ELine result =
+        AwaitInput(::fileno(m_in), m_interrupt) ? m_lines.Read("", line) : ELine::INTERRUPTED;
+    m_terminal.EndPrompt();
+    if (result == ELine::INTERRUPTED) {
+        m_terminal.EndLine();
+    }
+    return result;
+}
