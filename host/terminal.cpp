@@ -4,8 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 #include <vector>
 
 #include "host/terminal_lines.h"
@@ -42,7 +40,10 @@ class CThreadEnd {
 }  // namespace
 
 CTerminal::CTerminal(std::FILE* out, std::FILE* errors)
-    : m_lines(std::make_shared<CTerminalLines>(out, errors)), m_out(out) {}
+    : m_lines(std::make_shared<CTerminalLines>(out, errors)),
+      m_out(out),
+      m_colours(ShowsColours(out)),
+      m_error_colours(ShowsColours(errors)) {}
 
 CTerminal::~CTerminal() {
     m_lines->Finish();
@@ -61,8 +62,12 @@ void CTerminal::WriteUnlessOpen(std::string_view lines) {
     m_lines->WriteUnlessOpen(lines);
 }
 
+void CTerminal::WriteLines(std::string_view lines, EColour colour) {
+    Write(m_colours ? Coloured(lines, colour) : std::string(lines));
+}
+
 void CTerminal::WriteError(std::string_view lines) {
-    m_lines->WriteError(lines);
+    m_lines->WriteError(m_error_colours ? Coloured(lines, EColour::RED) : std::string(lines));
 }
 
 void CTerminal::EndLine() {
@@ -78,10 +83,8 @@ int CTerminal::Error() const {
 }
 
 unsigned int CTerminal::Columns() const {
-    const char* type = std::getenv("TERM");
     struct winsize size {};
-    if (type == nullptr || std::strcmp(type, "dumb") == 0 || ::isatty(::fileno(m_out)) == 0 ||
-        ::ioctl(::fileno(m_out), TIOCGWINSZ, &size) != 0) {
+    if (!IsScreen(m_out) || ::ioctl(::fileno(m_out), TIOCGWINSZ, &size) != 0) {
         return 0;
     }
     // Serial lines know no size.

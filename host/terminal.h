@@ -4,15 +4,15 @@
 // ends ends its line.
 #pragma once
 
-#include <array>
-#include <atomic>
 #include <cstdio>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "host/colour.h"
 #include "host/diag_log.h"
+#include "host/log_filter.h"
 
 class CTerminalLines;
 
@@ -29,13 +29,16 @@ class CTerminal {
     // Writes whole lines, unless another thread's line is open: those that are
     // soon out of date anyway.
     void WriteUnlessOpen(std::string_view lines);
+    // Writes whole lines in a colour, where the output shows colours.
+    void WriteLines(std::string_view lines, EColour colour);
     // Ends the line that this thread left open, if it did, and writes whole
-    // lines to the errors.
+    // lines to the errors, in red where those show colours.
     void WriteError(std::string_view lines);
     // Ends the line that this thread left open, if it did.
     void EndLine();
-    // Shows a line as far as it is written. A whole line shows at once; commands
-    // write their lines in many pieces, and showing each would take its time.
+    // Shows a line as far as it is written, or the footer below the lines. A whole
+    // line shows at once; commands write their lines in many pieces, and showing
+    // each would take its time.
     void ShowOpenLine();
     // Why output got lost, an operating-system error number; 0 if none was.
     int Error() const;
@@ -75,23 +78,21 @@ class CTerminal {
     // Threads that wrote here end their lines in it, if it still exists then.
     const std::shared_ptr<CTerminalLines> m_lines;
     std::FILE* const m_out;
+    const bool m_colours;
+    const bool m_error_colours;
 };
 
 // Sends the log to a terminal: print text as it stands, everything else as
-// lines of its own, debug text only up to the level chosen for its type.
+// lines of its own, as far as the filter lets it through; errors are red and
+// warnings yellow.
 class CTerminalLog : public ILogSink {
   public:
-    explicit CTerminalLog(CTerminal& terminal);
+    CTerminalLog(CTerminal& terminal, const CLogFilter& filter);
 
-    // Shows texts of `type` up to debug level `level` (0 to 15); the higher, the more.
-    void SetLevel(ELogTypes type, unsigned int level);
-    void Hide(ELogTypes type);
-
-    bool Takes(unsigned int logword) const override;
+    bool Takes(unsigned int logword) const override { return m_filter.Shows(logword); }
     void Write(const CLogRecord& record) override;
 
   private:
-    // For each type one more than the highest level shown; 0 hides the type.
-    std::array<std::atomic<unsigned int>, 16> m_shown_below;
     CTerminal& m_terminal;
+    const CLogFilter& m_filter;
 };

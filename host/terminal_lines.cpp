@@ -6,6 +6,7 @@
 namespace {
 
 constexpr char ERASE_ROW[] = "\r\x1b[K";
+constexpr unsigned int FOOTERS_PER_LOOK = 4;
 
 bool EndsLine(std::string_view text) {
     return !text.empty() && text.back() == '\n';
@@ -51,14 +52,22 @@ void CTerminalLines::EndLine() {
 
 void CTerminalLines::ShowOpenLine() {
     const std::lock_guard<std::mutex> guard(m_lock);
+    m_footer_lines = 0;
+    if (!m_footer_shown) {
+        ShowFooter();
+    }
     Flush();
 }
 
 void CTerminalLines::SetFooter(const std::string& footer) {
     const std::lock_guard<std::mutex> guard(m_lock);
-    HideFooter();
     m_footer = footer;
-    ShowFooter();
+    m_footer_lines = 0;
+    if (footer.empty()) {
+        HideFooter();
+    } else {
+        ShowFooter();
+    }
     Flush();
 }
 
@@ -145,7 +154,10 @@ void CTerminalLines::Submit(std::thread::id thread, std::FILE* file, std::string
         HideFooter();
         Put(thread, file, text);
         PutWaiting();
-        ShowFooter();
+        // Below many lines at once it would be most of what is written.
+        if (m_footer_lines++ < FOOTERS_PER_LOOK) {
+            ShowFooter();
+        }
         if (m_owner != std::thread::id() && file == m_out) {
             return;  // ShowOpenLine or the end of the line will show it
         }
@@ -245,10 +257,13 @@ void CTerminalLines::HideFooter() {
 }
 
 void CTerminalLines::ShowFooter() {
-    if (!m_footer.empty() && m_owner == std::thread::id() && m_on_text == nullptr) {
-        std::fwrite(m_footer.data(), 1, m_footer.size(), m_out);
-        m_footer_shown = true;
+    if (m_footer.empty() || m_owner != std::thread::id() || m_on_text != nullptr) {
+        return;
     }
+    // What is typed ahead shows on that row too.
+    std::fwrite(ERASE_ROW, 1, sizeof ERASE_ROW - 1, m_out);
+    std::fwrite(m_footer.data(), 1, m_footer.size(), m_out);
+    m_footer_shown = true;
 }
 
 // What cannot be written is lost; the first reason is kept.

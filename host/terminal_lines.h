@@ -68,6 +68,7 @@ class CTerminalLines {
     std::map<std::thread::id, CPrefixed> m_prefixed;
     std::string m_footer;
     bool m_footer_shown = false;
+    unsigned int m_footer_lines = 0;  // written since it was last set or looked after
     std::string m_prompt;             // the open line, while it is a prompt
     std::function<void()> m_on_text;  // set while the screen is lent
     std::atomic<int> m_error{0};

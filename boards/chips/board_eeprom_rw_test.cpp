@@ -13,6 +13,8 @@ constexpr size_t ROW = 16;
 constexpr uint64_t PHASES = 4;  // of the library's test
 // A transfer may fail by chance; a chip that fails twice would only fill the log.
 constexpr unsigned int READ_BACK_TRIES = 2;
+// What a progress display shows, not the log.
+constexpr unsigned int LW_STEP = LogWord(LOG_LT_PROGRESS, 1);
 
 }  // namespace
 
@@ -32,6 +34,7 @@ ETestStatus CBoardEepromRwTest::TestRun(COutMsg& out) {
         AnswerCode(out, looked);
         return looked == MSG_ERR_ABORTED ? DS_ABORTED : DS_FAILED;
     }
+    SendLog(LW_STEP, "saving, writing, verifying and putting back 0x%04x to 0x%04x\n", m_sa, m_ea);
     ETestStatus status = DS_FAILED;
     try {
         status = CDiagI2cEepromReadWriteTest::TestRun(out);
@@ -68,6 +71,7 @@ EResCode CBoardEepromRwTest::Look(CDiagI2cEepromDevice& eeprom, std::vector<byte
 bool CBoardEepromRwTest::ReadAll(CDiagI2cEepromDevice& eeprom, std::vector<byte_t>& held) {
     for (size_t at = 0; at < held.size(); at += m_xfer_size) {
         const size_t size = std::min<size_t>(m_xfer_size, held.size() - at);
+        SendStep("looking at", at, size);
         if (!eeprom.ReadMemory(static_cast<uint16_t>(m_sa + at), &held[at],
                                static_cast<uint16_t>(size))) {
             throw CDiagException("a read failed");
@@ -120,6 +124,7 @@ bool CBoardEepromRwTest::PutBack(CDiagI2cEepromDevice& eeprom, const std::vector
             SendLog(LW_PRINT, "EEPROM contents differ, putting them back once more\n");
             differs = true;
         }
+        SendStep("putting back", at, size);
         if (!eeprom.WriteMemory(static_cast<uint16_t>(m_sa + at), &held[at],
                                 static_cast<uint16_t>(size))) {
             break;
@@ -133,6 +138,7 @@ size_t CBoardEepromRwTest::ReadBack(CDiagI2cEepromDevice& eeprom, std::vector<by
     size_t at = 0;
     while (at < now.size()) {
         const size_t size = std::min<size_t>(m_xfer_size, now.size() - at);
+        SendStep("looking again at", at, size);
         bool read = false;
         for (unsigned int tries = 0; !read && tries < READ_BACK_TRIES; ++tries) {
             read = eeprom.ReadMemory(static_cast<uint16_t>(m_sa + at), &now[at],
@@ -144,6 +150,13 @@ size_t CBoardEepromRwTest::ReadBack(CDiagI2cEepromDevice& eeprom, std::vector<by
         at += size;
     }
     return at;
+}
+
+// Says what is done next with `size` bytes of the range.
+void CBoardEepromRwTest::SendStep(const char* what, size_t at, size_t size) const {
+    SendLog(LW_STEP, "%s 0x%04x to 0x%04x of 0x%04x to 0x%04x\n", what,
+            static_cast<unsigned int>(m_sa + at), static_cast<unsigned int>(m_sa + at + size - 1),
+            m_sa, m_ea);
 }
 
 // Names what differs in the first `known` bytes; true when nothing does.

@@ -29,6 +29,7 @@ class CBoardEepromRwTest : public CDiagI2cEepromReadWriteTest {
     bool PutBack(CDiagI2cEepromDevice& eeprom, const std::vector<byte_t>& held,
                  const std::vector<byte_t>& now, size_t known) const;
     size_t ReadBack(CDiagI2cEepromDevice& eeprom, std::vector<byte_t>& now) const;
+    void SendStep(const char* what, size_t at, size_t size) const;
     bool NameChanges(const std::vector<byte_t>& held, const std::vector<byte_t>& now,
                      size_t known) const;
     void NameBytes(const char* fault, const std::vector<byte_t>& held, size_t first,

@@ -91,8 +91,8 @@ TEST_F(TerminalSharing, TheFooterStaysBelowTheLines) {
     m_terminal.SetFooter("");
     m_terminal.Write("the end\n");
     const std::string erased(ERASED);
-    EXPECT_EQ(Written(), "50%" + erased + "a line\n50%" + erased + "wrong\n50%" + erased + "60%" +
-                             erased + "the end\n");
+    EXPECT_EQ(Written(), erased + "50%" + erased + "a line\n" + erased + "50%" + erased +
+                             "wrong\n" + erased + "50%" + erased + "60%" + erased + "the end\n");
 }
 
 TEST_F(TerminalSharing, TheFooterDoesNotShowBehindAnOpenLine) {
@@ -100,7 +100,21 @@ TEST_F(TerminalSharing, TheFooterDoesNotShowBehindAnOpenLine) {
     InAnotherThread([this] { m_terminal.SetFooter("50%"); });
     EXPECT_EQ(Written(), "open");
     m_terminal.Write("ed\n");
-    EXPECT_EQ(Written(), "opened\n50%");
+    EXPECT_EQ(Written(), "opened\n" + std::string(ERASED) + "50%");
+}
+
+TEST_F(TerminalSharing, TheFooterDoesNotFollowEveryLineOfMany) {
+    constexpr unsigned int LINES = 1000;
+    m_terminal.SetFooter("50%");
+    for (unsigned int i = 0; i < LINES; ++i) {
+        m_terminal.Write("line\n");
+    }
+    const std::string written = Written();
+    EXPECT_LT(written.size(), LINES * 6);
+    EXPECT_EQ(written.substr(written.size() - 10), "line\nline\n");
+    m_terminal.ShowOpenLine();
+    m_terminal.ShowOpenLine();
+    EXPECT_EQ(Written(), written + ERASED + "50%");
 }
 
 TEST_F(TerminalSharing, LinesOfOthersComeAboveAPrompt) {

@@ -35,7 +35,8 @@ class TerminalTest : public testing::Test {
     };
     std::unique_ptr<std::FILE, CClose> m_file{std::tmpfile()};
     CTerminal m_terminal{m_file.get()};
-    CTerminalLog m_log{m_terminal};
+    CLogFilter m_log_filter;
+    CTerminalLog m_log{m_terminal, m_log_filter};
 };
 
 using Terminal = TerminalTest;
@@ -146,16 +147,16 @@ TEST_F(TerminalLog, GivesEveryOtherTextItsOwnLine) {
 TEST_F(TerminalLog, HidesDebugTextUnlessAskedFor) {
     m_log.Write({LW_SW_TRACE, nullptr, "hidden\n"});
     m_log.Write({LW_HW_TRACE, nullptr, "hidden\n"});
-    m_log.SetLevel(LOG_LT_SW_DEBUG_BASE, 4);
+    m_log_filter.Set(LOG_LT_SW_DEBUG_BASE, 4);
     m_log.Write({LW_SW_TRACE, nullptr, "level 1\n"});
     m_log.Write({LW_SW_DUMP, nullptr, "level 5\n"});
-    m_log.SetLevel(LOG_LT_HW_DEBUG_BASE, 10);
+    m_log_filter.Set(LOG_LT_HW_DEBUG_BASE, 10);
     m_log.Write({LW_HW_TRACE, nullptr, "level 10\n"});
     EXPECT_EQ(Written(), "level 1\nlevel 10\n");
 }
 
 TEST_F(TerminalLog, HidesATypeAsAWhole) {
-    m_log.Hide(LOG_LT_RESULT);
+    m_log_filter.Set(LOG_LT_RESULT, std::nullopt);
     m_log.Write({LW_RESULT, nullptr, "SUCCESS peek val=1"});
     m_log.Write({LW_WARN, nullptr, "still there"});
     EXPECT_EQ(Written(), "still there\n");

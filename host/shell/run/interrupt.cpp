@@ -25,6 +25,12 @@ std::atomic<bool> g_end{false};
 int g_pending_event = -1;
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
 
+bool IsIgnored(int signal) {
+    struct sigaction action {};
+    ::sigaction(signal, nullptr, &action);
+    return action.sa_handler == SIG_IGN;
+}
+
 void Tell(char what) {
     // A full pipe tells already.
     [[maybe_unused]] const ssize_t written = ::write(g_pipe[1], &what, 1);
@@ -57,19 +63,20 @@ CInterrupt::CInterrupt() {
 
     struct sigaction action {};
     action.sa_handler = OnInterrupt;
+    // "nohup diagsh" shall outlive its terminal.
+    static const bool nohup = IsIgnored(SIGHUP);
     for (const int signal : SIGNALS) {
-        struct sigaction before {};
-        ::sigaction(signal, nullptr, &before);
-        // "nohup diagsh" shall outlive its terminal.
-        if (signal != SIGHUP || before.sa_handler != SIG_IGN) {
+        if (signal != SIGHUP || !nohup) {
             ::sigaction(signal, &action, nullptr);
         }
     }
 }
 
 CInterrupt::~CInterrupt() {
+    // What comes after has nothing to stop, and a Ctrl-C too many shall not turn
+    // the end of a run into a failure.
     for (const int signal : SIGNALS) {
-        ::signal(signal, SIG_DFL);
+        ::signal(signal, SIG_IGN);
     }
     Tell(FINISHED);
     m_watcher.join();
@@ -99,26 +106,23 @@ int CInterrupt::Descriptor() const {
     return g_pending_event;
 }
 
-void CInterrupt::SetForeground(std::function<void()> stop) {
-    const std::lock_guard<std::mutex> guard(m_lock);
-    m_foreground = std::move(stop);
-}
-
 void CInterrupt::Watch() {
     char what = FINISHED;
     while (::read(g_pipe[0], &what, 1) == 1 && what != FINISHED) {
         const std::lock_guard<std::mutex> guard(m_lock);
-        if (m_foreground) {
-            m_foreground();
+        for (const std::function<void()>& stop : m_foreground) {
+            stop();
         }
     }
 }
 
 CForeground::CForeground(CInterrupt& interrupt, std::function<void()> stop)
     : m_interrupt(interrupt) {
-    m_interrupt.SetForeground(std::move(stop));
+    const std::lock_guard<std::mutex> guard(m_interrupt.m_lock);
+    m_interrupt.m_foreground.push_front(std::move(stop));
 }
 
 CForeground::~CForeground() {
-    m_interrupt.SetForeground(nullptr);
+    const std::lock_guard<std::mutex> guard(m_interrupt.m_lock);
+    m_interrupt.m_foreground.pop_front();
 }

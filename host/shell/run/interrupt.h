@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <list>
 #include <mutex>
 #include <thread>
 
@@ -15,8 +16,6 @@ class CInterrupt {
     CInterrupt(const CInterrupt&) = delete;
     CInterrupt& operator=(const CInterrupt&) = delete;
 
-    // Asks what runs now to stop, from a thread of its own; null for nothing.
-    void SetForeground(std::function<void()> stop);
     // Whether Ctrl-C came since the last Clear, or the end.
     bool IsPending() const;
     // Whether the shell is to end.
@@ -27,14 +26,17 @@ class CInterrupt {
     int Descriptor() const;
 
   private:
+    friend class CForeground;
+
     void Watch();
 
     std::mutex m_lock;
-    std::function<void()> m_foreground;
+    std::list<std::function<void()>> m_foreground;  // the innermost first
     std::thread m_watcher;
 };
 
-// Tells the interrupt what runs, for a scope.
+// Tells the interrupt what runs, for a scope. Each signal calls `stop`, from a
+// thread of the interrupt's own, and what was given in the scopes around it.
 class CForeground {
   public:
     CForeground(CInterrupt& interrupt, std::function<void()> stop);

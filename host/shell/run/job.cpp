@@ -1,30 +1,22 @@
 #include "host/shell/run/job.h"
 
-#include <array>
-#include <cinttypes>
-#include <cstdio>
+#include <chrono>
 #include <utility>
 
 #include "framework/diag_log_word.h"
 #include "framework/diag_test_base.h"
 #include "host/diag_clock.h"
 #include "host/exception_text.h"
+#include "host/log_flood.h"
+#include "host/shell/duration_text.h"
 #include "host/shell/run/progress_line.h"
 #include "host/shell/run/quiet_thread.h"
 #include "host/shell/run/request.h"
+#include "host/shell/run/run_recorder.h"
 #include "host/shell/run/run_watch.h"
 #include "host/terminal.h"
 
 namespace {
-
-// "0:02:05".
-std::string Elapsed(uint64_t ms) {
-    const uint64_t seconds = ms / 1000;
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%" PRIu64 ":%02" PRIu64 ":%02" PRIu64, seconds / 3600,
-                  seconds / 60 % 60, seconds % 60);
-    return text.data();
-}
 
 std::string ResultText(EResCode code) {
     switch (code) {
@@ -40,11 +32,12 @@ std::string ResultText(EResCode code) {
 }  // namespace
 
 CJob::CJob(unsigned int number, std::unique_ptr<CNodeRun> run, CTerminal& terminal,
-           CRunWatch& watch)
+           CRunWatch& watch, CRunRecorder& recorder)
     : m_number(number),
       m_run(std::move(run)),
       m_terminal(terminal),
       m_watch(watch),
+      m_recorder(recorder),
       m_began(GetDiagClock().NowMs()) {
     m_terminal.Write(Line("started"));
     m_thread = StartQuietThread([this] { Run(); });
@@ -59,11 +52,17 @@ void CJob::Run() {
     {
         const CTerminal::CPrefix prefix(m_terminal, "[" + std::to_string(m_number) + "] ");
         const CRunWatch::CRunning running(m_watch, m_run->Title(), m_number);
+        CRunRecorder::COpen open(m_recorder, {});
+        m_run->Describe(open.Record());
+        open.Record().job = m_number;
+        open.Begin();
         try {
-            code = m_run->Perform(m_terminal);
+            const CLogFlood::CScope flood;
+            code = m_run->Perform(m_terminal, m_recorder);
         } catch (...) {
             m_run->Node().SendLog(LW_ERR_SW, "%s", CurrentExceptionText().c_str());
         }
+        open.Record().status = StatusOf(code);
         Tell(code);
     }
     const std::lock_guard<std::mutex> guard(m_lock);
@@ -94,22 +93,23 @@ std::string CJob::Description() const {
     {
         const std::lock_guard<std::mutex> guard(m_lock);
         if (m_code.has_value()) {
-            return Line(ResultText(*m_code) + ", " + Elapsed(m_ended - m_began));
+            return Line(ResultText(*m_code) + ", " +
+                        ClockText(std::chrono::milliseconds(m_ended - m_began)));
         }
     }
-    return Line(State() + ", " + Elapsed(GetDiagClock().NowMs() - m_began));
+    return Line(State() + ", " +
+                ClockText(std::chrono::milliseconds(GetDiagClock().NowMs() - m_began)));
 }
 
 std::string CJob::State() const {
-    if (m_stop_requested) {
-        return "stopping";
-    }
-    if (const std::optional<std::string> wait = m_watch.WaitOf(m_thread.get_id())) {
+    const std::optional<std::string> wait = m_watch.WaitOf(m_thread.get_id());
+    if (wait.has_value() && !m_stop_requested) {
         return *wait;
     }
+    const std::string state = m_stop_requested ? "stopping" : "running";
     const CDiagTestBase* test = m_run->Test();
-    const std::string percent = test != nullptr ? PercentOf(*test) : "";
-    return percent.empty() ? "running" : "running " + percent;
+    const std::string percent = test != nullptr ? PercentOf(AmountOf(*test)) : "";
+    return percent.empty() ? state : state + " " + percent;
 }
 
 void CJob::Stop() {

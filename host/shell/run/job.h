@@ -13,12 +13,14 @@
 
 #include "host/shell/run/node_run.h"
 
+class CRunRecorder;
 class CRunWatch;
 
 class CJob {
   public:
     // Starts it.
-    CJob(unsigned int number, std::unique_ptr<CNodeRun> run, CTerminal& terminal, CRunWatch& watch);
+    CJob(unsigned int number, std::unique_ptr<CNodeRun> run, CTerminal& terminal, CRunWatch& watch,
+         CRunRecorder& recorder);
     // Waits for its end.
     ~CJob();
     CJob(const CJob&) = delete;
@@ -52,6 +54,7 @@ class CJob {
     const std::unique_ptr<CNodeRun> m_run;
     CTerminal& m_terminal;
     CRunWatch& m_watch;
+    CRunRecorder& m_recorder;
     const uint64_t m_began;
     bool m_stop_requested = false;
     bool m_collected = false;

@@ -1,12 +1,20 @@
 #include "host/shell/run/jobs.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
 #include <utility>
 
+#include "host/diag_clock.h"
 #include "host/shell/run/interrupt.h"
+#include "host/shell/run/run_note.h"
+#include "host/shell/run/run_watch.h"
 #include "host/terminal.h"
 
 namespace {
+
+// A key that is held down shall not fill the screen.
+constexpr uint64_t TELL_EVERY_MS = 500;
 
 // What a job means to those who never asked for its result. One that the
 // operator stopped ended as he wanted.
@@ -24,7 +32,8 @@ CJobs::~CJobs() {
 
 void CJobs::Start(std::unique_ptr<CNodeRun> run) {
     ForgetOldest();
-    m_jobs.push_back(std::make_unique<CJob>(++m_last_number, std::move(run), m_terminal, m_watch));
+    m_jobs.push_back(
+        std::make_unique<CJob>(++m_last_number, std::move(run), m_terminal, m_watch, m_recorder));
 }
 
 CJob* CJobs::Find(unsigned int number) const {
@@ -36,6 +45,7 @@ CJob* CJobs::Find(unsigned int number) const {
 EExitStatus CJobs::Await(const std::vector<CJob*>& jobs, CInterrupt& interrupt) {
     EExitStatus worst = EXIT_PASSED;
     for (CJob* job : jobs) {
+        CRunNote::Say("awaiting job " + std::to_string(job->Number()));
         const CForeground foreground(interrupt, [job] { job->WakeAwaiting(); });
         if (!job->Await([&interrupt] { return interrupt.IsPending(); })) {
             return EXIT_ABORTED;
@@ -59,7 +69,7 @@ EExitStatus CJobs::Leave() {
         m_terminal.EndLine();
         m_terminal.Write("leaving: " + std::to_string(running.size()) +
                          (running.size() == 1 ? " job is" : " jobs are") +
-                         " asked to stop and awaited\n");
+                         " asked to stop and awaited; Ctrl-C tells how far\n");
     }
     std::vector<CJob*> cut_short;
     for (CJob* job : running) {
@@ -68,13 +78,37 @@ EExitStatus CJobs::Leave() {
             cut_short.push_back(job);
         }
     }
+    AwaitEnds(running);
     for (CJob* job : running) {
-        job->Await([] { return false; });
         const bool cut = std::find(cut_short.begin(), cut_short.end(), job) != cut_short.end();
         worst = Worse(worst, cut ? *job->Result() : UntoldResult(*job));
     }
     m_jobs.clear();
     return worst;
+}
+
+void CJobs::AwaitEnds(const std::vector<CJob*>& running) {
+    if (running.empty()) {
+        return;
+    }
+    const CRunWatch::CRunning watched(m_watch, "leaving", "leaving", nullptr);
+    std::optional<uint64_t> told;
+    const CForeground foreground(m_interrupt, [&] {
+        const uint64_t now = GetDiagClock().NowMs();
+        if (told.has_value() && now - *told < TELL_EVERY_MS) {
+            return;
+        }
+        told = now;
+        for (const CJob* job : running) {
+            if (!job->Result().has_value()) {
+                m_terminal.Write(job->Description());
+            }
+        }
+    });
+    for (CJob* job : running) {
+        CRunNote::Say("awaiting job " + std::to_string(job->Number()));
+        job->Await([] { return false; });
+    }
 }
 
 void CJobs::ForgetOldest() {

@@ -10,6 +10,7 @@
 #include "host/shell/node_kind.h"
 #include "host/shell/printable.h"
 #include "host/shell/run/request.h"
+#include "host/shell/run/run_recorder.h"
 #include "host/shell/usage_error.h"
 #include "host/terminal.h"
 
@@ -32,6 +33,7 @@ EMsgType RequestFor(const CDiagObj& node) {
 
 CNodeRun::CNodeRun(CDiagObj& node, const std::vector<std::string>& arguments, std::string origin)
     : m_node(Runnable(node)),
+      m_arguments(arguments),
       m_origin(std::move(origin)),
       m_signature(CSignature::Of(node)),
       m_request(RequestFor(node), node.GetId()),
@@ -51,7 +53,16 @@ const CDiagTestBase* CNodeRun::Test() const {
     return dynamic_cast<const CDiagTestBase*>(&m_node);
 }
 
-EResCode CNodeRun::Perform(CTerminal& terminal) {
+void CNodeRun::Describe(CRunRecord& record) const {
+    record.command = m_title;
+    record.path = PathOf(m_node);
+    record.node_id = m_node.GetId();
+    record.is_test = Test() != nullptr;
+    record.arguments = m_arguments;
+    record.origin = m_origin;
+}
+
+EResCode CNodeRun::Perform(CTerminal& terminal, CRunRecorder& recorder) {
     const CRunStop::CScope scope(m_stop);
     // A test refuses a second run of itself; here the runs take turns.
     std::unique_ptr<CDeviceHold> turn;
@@ -60,11 +71,13 @@ EResCode CNodeRun::Perform(CTerminal& terminal) {
     }
     m_begun = true;
     if (m_stop.IsRequested()) {
+        CRunRecorder::NoteCode(MSG_ERR_ABORTED);
         return MSG_ERR_ABORTED;
     }
     CReply reply(m_node, m_request);
+    CRunRecorder::NoteCode(reply.Code());
     terminal.EndLine();
-    PrintOutputs(terminal, reply);
+    PrintOutputs(terminal, recorder, reply);
     return reply.Code();
 }
 
@@ -80,17 +93,20 @@ bool CNodeRun::Stop() {
 
 void CNodeRun::PrintError(CTerminal& terminal, const std::string& name,
                           const std::string& text) const {
+    CRunRecorder::NoteError(name + ": " + text);
     terminal.WriteError((m_origin.empty() ? "" : m_origin + ": ") + name + ": " + text + "\n");
 }
 
-void CNodeRun::PrintOutputs(CTerminal& terminal, CReply& reply) const {
+void CNodeRun::PrintOutputs(CTerminal& terminal, CRunRecorder& recorder, CReply& reply) const {
     // A node may leave outputs out, and after a failure most do.
     for (const CParamInfo& output : m_signature.outputs) {
         if (reply.Fields().GetLen() == 0) {
             return;
         }
         try {
-            terminal.Write(output.name + " = " + output.type.Unpack(reply.Fields()) + "\n");
+            const CValue value = output.type.Unpack(reply.Fields());
+            recorder.NoteOutput(output.name, output.type, value);
+            terminal.Write(output.name + " = " + value.text + "\n");
         } catch (const CDiagException& e) {
             PrintError(terminal, PathOf(m_node), "answer " + output.name + ": " + e.what());
             return;

@@ -12,7 +12,9 @@
 
 class CDiagTestBase;
 class CReply;
+class CRunRecorder;
 class CTerminal;
+struct CRunRecord;
 
 class CNodeRun {
   public:
@@ -26,8 +28,11 @@ class CNodeRun {
     // The node as a test; null when it is none.
     const CDiagTestBase* Test() const;
 
-    // Sends the request and prints the outputs; the answer's code.
-    EResCode Perform(CTerminal& terminal);
+    // Says in `record` what is run.
+    void Describe(CRunRecord& record) const;
+
+    // Sends the request, prints and records the outputs; the answer's code.
+    EResCode Perform(CTerminal& terminal, CRunRecorder& recorder);
     // Asks the run to stop, from any thread, whether it has begun or not. False
     // when the node does not understand: it then stops at most while it waits
     // for a device.
@@ -37,9 +42,10 @@ class CNodeRun {
     void PrintError(CTerminal& terminal, const std::string& name, const std::string& text) const;
 
   private:
-    void PrintOutputs(CTerminal& terminal, CReply& reply) const;
+    void PrintOutputs(CTerminal& terminal, CRunRecorder& recorder, CReply& reply) const;
 
     CDiagMenu& m_node;
+    const std::vector<std::string> m_arguments;
     const std::string m_origin;
     const CSignature m_signature;
     COutMsg m_request;

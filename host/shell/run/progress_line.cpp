@@ -1,97 +1,141 @@
 #include "host/shell/run/progress_line.h"
 
 #include <algorithm>
+#include <array>
+#include <cinttypes>
+#include <cstdio>
 #include <utility>
 
 #include "framework/diag_test_base.h"
-#include "host/terminal.h"
+#include "host/shell/duration_text.h"
+#include "host/shell/run/progress_row.h"
+#include "host/shell/screen_text.h"
 
 namespace {
 
-constexpr uint64_t SECOND_MS = 1000;
 constexpr size_t BAR_WIDTH = 20;
 
-uint64_t PerCent(uint64_t done, uint64_t total, uint64_t whole) {
+uint64_t ShareOf(const CRunNote::CAmount& amount, uint64_t whole) {
     // A test may do more than it announced.
-    return static_cast<uint64_t>(static_cast<long double>(std::min(done, total)) *
-                                 static_cast<long double>(whole) / static_cast<long double>(total));
+    return static_cast<uint64_t>(static_cast<long double>(std::min(amount.done, amount.total)) *
+                                 static_cast<long double>(whole) /
+                                 static_cast<long double>(amount.total));
+}
+
+// "[#########-----------]".
+std::string BarOf(const CRunNote::CAmount& amount) {
+    const size_t filled = ShareOf(amount, BAR_WIDTH);
+    return "[" + std::string(filled, '#') + std::string(BAR_WIDTH - filled, '-') + "]";
+}
+
+// "14746 of 32768".
+std::string CountOf(const CRunNote::CAmount& amount) {
+    std::string text = std::to_string(amount.done);
+    if (amount.total != 0) {
+        text += " of " + std::to_string(amount.total);
+    }
+    return text;
+}
+
+// "0:09 left", "1:00:09 left".
+std::string LeftText(uint64_t seconds) {
+    std::array<char, 48> text{};
+    if (seconds < 3600) {
+        std::snprintf(text.data(), text.size(), "%" PRIu64 ":%02" PRIu64 " left", seconds / 60,
+                      seconds % 60);
+    } else {
+        std::snprintf(text.data(), text.size(), "%" PRIu64 ":%02" PRIu64 ":%02" PRIu64 " left",
+                      seconds / 3600, seconds / 60 % 60, seconds % 60);
+    }
+    return text.data();
 }
 
 }  // namespace
 
-std::string PercentOf(const CDiagTestBase& test) {
-    const uint64_t total = test.GetProgressTotal();
-    return total == 0 ? "" : std::to_string(PerCent(test.GetProgressDone(), total, 100)) + "%";
+std::string PercentOf(const CRunNote::CAmount& amount) {
+    return amount.total == 0 ? "" : std::to_string(ShareOf(amount, 100)) + "%";
 }
 
-CProgressLine::CProgressLine(CTerminal& terminal, const CDiagTestBase& test, CColumns columns)
-    : m_terminal(terminal), m_test(test), m_columns(std::move(columns)) {}
-
-CProgressLine::~CProgressLine() {
-    m_terminal.SetFooter("");
+CRunNote::CAmount AmountOf(const CDiagTestBase& test) {
+    return {test.GetProgressDone(), test.GetProgressTotal()};
 }
 
-void CProgressLine::Update(uint64_t now) {
-    if (m_test.GetStatus() != DS_PROGRESS) {
+CProgressLine::CProgressLine(std::string name, const CDiagTestBase* test, const CRunNote& note)
+    : m_name(std::move(name)), m_test(test), m_note(note) {}
+
+bool CProgressLine::Works() const {
+    return m_test == nullptr || m_test->GetStatus() == DS_PROGRESS;
+}
+
+void CProgressLine::Look(uint64_t now) {
+    m_now = now;
+    if (!m_since.has_value()) {
+        m_since = now;
+    }
+    if (!Works()) {
         return;
     }
-    const CSample sample{now, m_test.GetProgressDone()};
     if (!m_begun.has_value()) {
         m_begun = now;
-        m_shown = now;
-        m_from = sample;
-        return;
+        m_line_told = now;
     }
-    Measure(sample);
-    const unsigned int columns = m_columns();
-    if (columns == 0) {
-        if (now - m_shown >= LINE_EVERY_MS) {
-            m_shown = now;
-            m_terminal.WriteUnlessOpen(Text(sample) + "\n");
+    m_amount = m_test != nullptr ? AmountOf(*m_test) : m_note.Amount();
+    m_rate.Look(now, m_amount.done);
+}
+
+bool CProgressLine::IsDue() const {
+    if (m_stopping) {
+        return true;
+    }
+    if (m_test != nullptr && m_begun.has_value()) {
+        return m_now - *m_begun >= BAR_AFTER_MS;
+    }
+    return m_since.has_value() && m_now - *m_since >= STATUS_AFTER_MS;
+}
+
+std::string CProgressLine::Figures() const {
+    if (m_amount.total == 0 && m_amount.done == 0) {
+        return "";
+    }
+    const std::string percent = PercentOf(m_amount);
+    return (percent.empty() ? "" : percent + ", ") + CountOf(m_amount);
+}
+
+CProgressRow CProgressLine::MakeRow() const {
+    CProgressRow row(m_name, OnOneRow(m_note.Text()));
+    if (m_stopping) {
+        row[CProgressRow::STATE] = "stopping";
+    }
+    if (m_amount.total == 0 && m_amount.done == 0) {
+        row[CProgressRow::TIME] =
+            ClockText(std::chrono::milliseconds(m_now - m_since.value_or(m_now)));
+        return row;
+    }
+    row[CProgressRow::COUNT] = CountOf(m_amount);
+    row[CProgressRow::RATE] = std::to_string(m_rate.PerSecond()) + "/s";
+    if (m_amount.total != 0) {
+        row[CProgressRow::BAR] = BarOf(m_amount);
+        row[CProgressRow::PERCENT] = PercentOf(m_amount);
+    }
+    // What stops goes another way than it would have gone.
+    if (m_amount.done < m_amount.total && !m_stopping) {
+        if (const auto seconds = m_rate.SecondsFor(m_amount.total - m_amount.done)) {
+            row[CProgressRow::LEFT] = LeftText(*seconds);
         }
-    } else if (now - *m_begun >= BAR_AFTER_MS && now - m_shown >= BAR_EVERY_MS) {
-        m_shown = now;
-        m_terminal.SetFooter(Bar(sample, columns));
     }
+    return row;
 }
 
-// The rate is that of the last second or so; over the first, what there is.
-void CProgressLine::Measure(const CSample& sample) {
-    const uint64_t elapsed = sample.time - m_from.time;
-    if (sample.done < m_from.done) {
-        // Some tests go back, to do a part once more.
-        m_from = sample;
-    } else if (elapsed >= SECOND_MS || (elapsed > 0 && m_from.time == *m_begun)) {
-        m_rate = (sample.done - m_from.done) * SECOND_MS / elapsed;
-        if (elapsed >= SECOND_MS) {
-            m_from = sample;
-        }
-    }
+std::string CProgressLine::Row(unsigned int columns) const {
+    return MakeRow().Within(columns);
 }
 
-// "rw-test: 45%, 460 of 1024, 120/s".
-std::string CProgressLine::Text(const CSample& sample) const {
-    std::string text = std::string(m_test.GetName()) + ": ";
-    if (const std::string percent = PercentOf(m_test); !percent.empty()) {
-        text += percent + ", ";
+std::optional<std::string> CProgressLine::TakeDueLine() {
+    if (m_test == nullptr || !m_begun.has_value() || m_now - m_line_told < LINE_EVERY_MS) {
+        return std::nullopt;
     }
-    if (m_test.GetProgressTotal() == 0 && sample.done == 0) {
-        return text + "running, " + std::to_string((sample.time - *m_begun) / SECOND_MS) + " s";
-    }
-    text += std::to_string(sample.done);
-    if (m_test.GetProgressTotal() != 0) {
-        text += " of " + std::to_string(m_test.GetProgressTotal());
-    }
-    return text + ", " + std::to_string(m_rate) + "/s";
-}
-
-// The same behind "[#########-----------] ".
-std::string CProgressLine::Bar(const CSample& sample, unsigned int columns) const {
-    std::string bar;
-    if (const uint64_t total = m_test.GetProgressTotal(); total != 0) {
-        const size_t filled = PerCent(sample.done, total, BAR_WIDTH);
-        bar = "[" + std::string(filled, '#') + std::string(BAR_WIDTH - filled, '-') + "] ";
-    }
-    // The last column is left free: some terminals go to the next row behind it.
-    return (bar + Text(sample)).substr(0, columns - 1);
+    m_line_told = m_now;
+    CProgressRow row = MakeRow();
+    row[CProgressRow::BAR].clear();
+    return row.Whole();
 }

@@ -1,52 +1,59 @@
-// How far the foreground test is: a bar below the transcript on a screen, else
-// a line every few seconds. A test that ends at once shows neither.
+// How far one thing in the foreground is, in words: for the row below the
+// transcript on a screen, or for a line every few seconds without one. Of a test
+// and of a built-in that counts a bar, of others the time they take; behind it
+// the latest progress text. What ends soon shows neither.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
+#include "host/shell/run/progress_rate.h"
+#include "host/shell/run/run_note.h"
+
 class CDiagTestBase;
-class CTerminal;
+class CProgressRow;
 
 class CProgressLine {
   public:
-    // When the bar first shows, and how often it changes.
+    // When the row first shows, of a test that works and of all else.
     static constexpr uint64_t BAR_AFTER_MS = 500;
-    static constexpr uint64_t BAR_EVERY_MS = 200;
+    static constexpr uint64_t STATUS_AFTER_MS = 1000;
     static constexpr uint64_t LINE_EVERY_MS = 5000;
 
-    // The columns of the screen at the time, 0 without one.
-    using CColumns = std::function<unsigned int()>;
+    // `test` is null for what is none.
+    CProgressLine(std::string name, const CDiagTestBase* test, const CRunNote& note);
 
-    CProgressLine(CTerminal& terminal, const CDiagTestBase& test, CColumns columns);
-    // Takes the bar away.
-    ~CProgressLine();
-    CProgressLine(const CProgressLine&) = delete;
-    CProgressLine& operator=(const CProgressLine&) = delete;
+    // Looks how far it is, given the time in milliseconds; to be called often.
+    void Look(uint64_t now);
+    // It was asked to stop, and says so from now on.
+    void SetStopping() { m_stopping = true; }
 
-    // Shows what is due, given the time in milliseconds.
-    void Update(uint64_t now);
+    // Whether it takes long enough for the row, as of the last look.
+    bool IsDue() const;
+    // The row, cut to that many columns.
+    std::string Row(unsigned int columns) const;
+    // Of a test that works, every few seconds: what the row would say.
+    std::optional<std::string> TakeDueLine();
+    // "45%, 14746 of 32768", or what of it is known; empty when nothing is.
+    std::string Figures() const;
 
   private:
-    struct CSample {
-        uint64_t time;
-        uint64_t done;
-    };
+    bool Works() const;
+    CProgressRow MakeRow() const;
 
-    void Measure(const CSample& sample);
-    std::string Text(const CSample& sample) const;
-    std::string Bar(const CSample& sample, unsigned int columns) const;
-
-    CTerminal& m_terminal;
-    const CDiagTestBase& m_test;
-    const CColumns m_columns;
-    std::optional<uint64_t> m_begun;  // when the test was first seen to work
-    uint64_t m_shown = 0;             // when something was last shown
-    CSample m_from{};                 // where the rate is measured from
-    uint64_t m_rate = 0;              // units per second
+    const std::string m_name;
+    const CDiagTestBase* const m_test;
+    const CRunNote& m_note;
+    bool m_stopping = false;
+    uint64_t m_now = 0;
+    std::optional<uint64_t> m_since;  // first seen
+    std::optional<uint64_t> m_begun;  // of a test: first seen to work
+    uint64_t m_line_told = 0;
+    CRunNote::CAmount m_amount;
+    CProgressRate m_rate;
 };
 
-// "45%" of a test; empty when its total is not known.
-std::string PercentOf(const CDiagTestBase& test);
+// "45%"; empty when the total is not known.
+std::string PercentOf(const CRunNote::CAmount& amount);
+CRunNote::CAmount AmountOf(const CDiagTestBase& test);

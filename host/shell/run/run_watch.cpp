@@ -9,6 +9,7 @@
 #include "host/diag_tree.h"
 #include "host/shell/run/progress_line.h"
 #include "host/shell/run/quiet_thread.h"
+#include "host/shell/screen_text.h"
 #include "host/terminal.h"
 
 namespace {
@@ -20,13 +21,21 @@ constexpr std::chrono::milliseconds LOOK_EVERY{100};
 struct CRunWatch::CEntry {
     std::thread::id thread;
     std::string name;
-    unsigned int job = 0;                     // 0 in the foreground
-    std::unique_ptr<CProgressLine> progress;  // of a test in the foreground
-    std::optional<uint64_t> waiting_since;
+    unsigned int job = 0;                   // 0 in the foreground
+    std::optional<CProgressLine> progress;  // of what is in the foreground
+    std::optional<uint64_t> waiting_since = std::nullopt;
     bool wait_told = false;
 };
 
-CRunWatch::CRunWatch(CTerminal& terminal) : m_terminal(terminal) {}
+CRunWatch::CRunWatch(CTerminal& terminal)
+    : CRunWatch(terminal, [&terminal] { return terminal.Columns(); }) {}
+
+CRunWatch::CRunWatch(CTerminal& terminal, CColumns columns)
+    : m_terminal(terminal), m_columns(std::move(columns)) {
+    if (m_columns() != 0) {
+        m_catching.emplace(m_catcher);
+    }
+}
 
 CRunWatch::~CRunWatch() {
     {
@@ -60,11 +69,40 @@ void CRunWatch::Look(uint64_t now) {
     const std::lock_guard<std::mutex> guard(m_lock);
     for (CEntry& entry : m_running) {
         LookAtWait(entry, now);
-        if (entry.progress != nullptr) {
-            entry.progress->Update(now);
+        if (entry.progress.has_value()) {
+            entry.progress->Look(now);
         }
     }
+    ShowForeground(now);
     m_terminal.ShowOpenLine();
+}
+
+// Of the innermost run that takes long enough: a built-in may run commands that
+// each take a moment.
+void CRunWatch::ShowForeground(uint64_t now) {
+    const unsigned int columns = m_columns();
+    for (CEntry& entry : m_running) {
+        if (!entry.progress.has_value()) {
+            continue;
+        }
+        if (columns == 0) {
+            if (const std::optional<std::string> line = entry.progress->TakeDueLine()) {
+                m_terminal.WriteUnlessOpen(*line + "\n");
+            }
+        } else if (entry.progress->IsDue()) {
+            if (m_row_of != &entry || now - m_row_shown >= ROW_EVERY_MS) {
+                ShowRow(entry, columns, now);
+            }
+            return;
+        }
+    }
+}
+
+void CRunWatch::ShowRow(const CEntry& entry, unsigned int columns, uint64_t now) {
+    m_row_of = &entry;
+    m_row_shown = now;
+    // The last column is left free: some terminals go to the next row behind it.
+    m_terminal.SetFooter(entry.progress->Row(columns - 1));
 }
 
 void CRunWatch::LookAtWait(CEntry& entry, uint64_t now) {
@@ -110,33 +148,60 @@ std::string CRunWatch::UserOf(std::thread::id thread) const {
 std::list<CRunWatch::CEntry>::iterator CRunWatch::Add(CEntry entry) {
     const std::lock_guard<std::mutex> guard(m_lock);
     const bool was_idle = m_running.empty();
-    m_running.push_back(std::move(entry));
+    m_running.push_front(std::move(entry));
     if (was_idle) {
         m_changed.notify_all();
     }
-    return std::prev(m_running.end());
+    return m_running.begin();
 }
 
 void CRunWatch::Remove(std::list<CEntry>::iterator entry) {
     const std::lock_guard<std::mutex> guard(m_lock);
+    if (m_row_of == &*entry) {
+        m_row_of = nullptr;
+        m_terminal.SetFooter("");
+    }
     m_running.erase(entry);
 }
 
-CRunWatch::CRunning::CRunning(CRunWatch& watch, const std::string& name, const CDiagTestBase* test)
-    : m_watch(watch) {
-    CEntry entry{std::this_thread::get_id(), name, 0, nullptr, std::nullopt, false};
-    if (test != nullptr) {
-        entry.progress = std::make_unique<CProgressLine>(
-            watch.m_terminal, *test, [&terminal = watch.m_terminal] { return terminal.Columns(); });
-    }
-    m_entry = watch.Add(std::move(entry));
+CRunWatch::CRunning::CRunning(CRunWatch& watch, const std::string& name, const std::string& label,
+                              const CDiagTestBase* test)
+    : m_watch(watch), m_note(std::in_place) {
+    m_entry = watch.Add({std::this_thread::get_id(), name, 0, CProgressLine(label, test, *m_note)});
 }
 
 CRunWatch::CRunning::CRunning(CRunWatch& watch, const std::string& name, unsigned int job)
-    : m_watch(watch),
-      m_entry(
-          watch.Add(CEntry{std::this_thread::get_id(), name, job, nullptr, std::nullopt, false})) {}
+    : m_watch(watch), m_entry(watch.Add({std::this_thread::get_id(), name, job, std::nullopt})) {}
 
 CRunWatch::CRunning::~CRunning() {
     m_watch.Remove(m_entry);
+}
+
+bool CRunWatch::CRunning::ShowStopping(uint64_t now) {
+    const std::lock_guard<std::mutex> guard(m_watch.m_lock);
+    m_entry->progress->SetStopping();
+    m_entry->progress->Look(now);
+    const unsigned int columns = m_watch.m_columns();
+    if (columns != 0) {
+        m_watch.ShowRow(*m_entry, columns, now);
+    }
+    return columns != 0;
+}
+
+bool CRunWatch::CRunning::IsInnermost() const {
+    const std::lock_guard<std::mutex> guard(m_watch.m_lock);
+    return std::none_of(m_watch.m_running.begin(), m_entry,
+                        [](const CEntry& entry) { return entry.progress.has_value(); });
+}
+
+bool CRunWatch::CRunning::IsWaiting() const {
+    return CDeviceHold::WaitOf(m_entry->thread).has_value();
+}
+
+std::string CRunWatch::CRunning::HowFar(uint64_t now) const {
+    const std::lock_guard<std::mutex> guard(m_watch.m_lock);
+    m_entry->progress->Look(now);
+    const std::string figures = m_entry->progress->Figures();
+    const std::string text = OnOneRow(m_note->Text());
+    return (figures.empty() ? "" : ", " + figures) + (text.empty() ? "" : ": " + text);
 }

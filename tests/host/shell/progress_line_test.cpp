@@ -3,18 +3,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <functional>
 
 #include "framework/diag_test.h"
 #include "host/shell/run/request.h"
-#include "host/terminal.h"
-#include "tests/host/shell/text_file.h"
 
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
-constexpr unsigned int COLUMNS = 80;
+constexpr unsigned int COLUMNS = 120;
+constexpr uint64_t LOOK_MS = 100;
 
 // Runs `work` while the test works, with its progress at hand.
 class CWorkingTest : public CDiagTest {
@@ -33,150 +34,266 @@ class CWorkingTest : public CDiagTest {
 
 class ProgressLine : public testing::Test {
   protected:
-    std::string Written() { return m_file.Written(); }
     void WhileItWorks(const std::function<void()>& work) {
         m_test.work = work;
         const CReply reply(m_test, COutMsg(MSG_START, m_test.GetId()));
         ASSERT_EQ(reply.Code(), MSG_SUCCESS);
     }
+    // Looks as often as the watch does, until `to`.
+    void LookUntil(uint64_t to, CProgressLine& line) {
+        for (; m_now < to; m_now += LOOK_MS) {
+            line.Look(m_now);
+        }
+        m_now = to;
+        line.Look(m_now);
+    }
+    // Does `units` more in each second, evenly, until `to`.
+    void WorkUntil(uint64_t to, uint64_t units, uint64_t total) {
+        while (m_now < to) {
+            m_now += LOOK_MS;
+            m_done += units * LOOK_MS / 1000;
+            m_test.Set(m_done, total);
+            m_line.Look(m_now);
+        }
+    }
+    std::string Row() const { return m_line.Row(COLUMNS); }
 
-    CTextFile m_file;
-    CTerminal m_terminal{m_file.Get(), m_file.Get()};
     CWorkingTest m_test;
+    CRunNote m_note;
+    CProgressLine m_line{"work", &m_test, m_note};
+    CProgressLine m_other{"read", nullptr, m_note};  // of a command
+    uint64_t m_now = 0;
+    uint64_t m_done = 0;
 };
 
-TEST_F(ProgressLine, ShowsABarOnAScreen) {
+TEST_F(ProgressLine, IsABarWithRateAndTimeLeft) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
-        line.Update(1000);
-        m_test.Set(250, 1000);
-        line.Update(1500);
-        EXPECT_EQ(Written(), "[#####---------------] work: 25%, 250 of 1000, 500/s");
+        m_line.Look(0);
+        WorkUntil(4000, 100, 1000);
+        EXPECT_EQ(Row(), "[########------------] work: 40%, 400 of 1000, 100/s, 0:06 left");
+        WorkUntil(9500, 100, 1000);
+        EXPECT_EQ(Row(), "[###################-] work: 95%, 950 of 1000, 100/s, 0:01 left");
+        WorkUntil(10000, 100, 1000);
+        EXPECT_EQ(Row(), "[####################] work: 100%, 1000 of 1000, 100/s");
+    });
+}
+
+TEST_F(ProgressLine, HasHoursLeft) {
+    WhileItWorks([this] {
+        m_line.Look(0);
+        WorkUntil(10000, 10, 100000);
+        EXPECT_THAT(Row(), HasSubstr(", 2:46:30 left"));
+    });
+}
+
+TEST_F(ProgressLine, SaysNothingOfTheTimeLeftInTheFirstSecond) {
+    WhileItWorks([this] {
+        m_line.Look(0);
+        WorkUntil(900, 1000, 10000);
+        EXPECT_EQ(Row(), "[#-------------------] work: 9%, 900 of 10000, 1000/s");
+        WorkUntil(2000, 1000, 10000);
+        EXPECT_THAT(Row(), HasSubstr(", 1000/s, 0:08 left"));
+    });
+}
+
+TEST_F(ProgressLine, SaysNothingOfTheTimeLeftAtRateZero) {
+    WhileItWorks([this] {
         m_test.Set(500, 1000);
-        line.Update(2000);
-        EXPECT_EQ(Written(), "\r\x1b[K[##########----------] work: 50%, 500 of 1000, 500/s");
+        LookUntil(20000, m_line);
+        EXPECT_EQ(Row(), "[##########----------] work: 50%, 500 of 1000, 0/s");
     });
-    EXPECT_EQ(Written(), "\r\x1b[K");
 }
 
-TEST_F(ProgressLine, ShowsNothingOfATestThatEndsAtOnce) {
+TEST_F(ProgressLine, SaysNothingOfATimeLeftOfDays) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
-        m_test.Set(1, 2);
-        line.Update(0);
-        line.Update(CProgressLine::BAR_AFTER_MS - 1);
+        m_line.Look(0);
+        WorkUntil(3000, 10, 100'000'000);
+        EXPECT_THAT(Row(), Not(HasSubstr("left")));
     });
-    EXPECT_EQ(Written(), "");
 }
 
-TEST_F(ProgressLine, ShowsNothingOfATestThatWaitsForItsDevice) {
-    CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
-    line.Update(0);
-    line.Update(100000);
-    EXPECT_EQ(Written(), "");
-}
-
-TEST_F(ProgressLine, ChangesTheBarOnlySoOften) {
+TEST_F(ProgressLine, JudgesTheTimeLeftByTheLastFewSeconds) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
-        line.Update(0);
-        line.Update(600);
-        Written();
-        m_test.Set(1, 2);
-        line.Update(600 + CProgressLine::BAR_EVERY_MS - 1);
-        EXPECT_EQ(Written(), "");
-        line.Update(600 + CProgressLine::BAR_EVERY_MS);
-        EXPECT_THAT(Written(), HasSubstr("work: 50%"));
+        m_line.Look(0);
+        WorkUntil(10000, 1000, 20000);
+        EXPECT_THAT(Row(), HasSubstr("10000 of 20000, 1000/s, 0:10 left"));
+        // One slow second changes the rate at once and the time left a little.
+        WorkUntil(11000, 100, 20000);
+        EXPECT_THAT(Row(), HasSubstr(" 100/s, 0:12 left"));
+        WorkUntil(41000, 100, 20000);
+        EXPECT_THAT(Row(), HasSubstr(" 100/s, 1:08 left"));
     });
 }
 
 TEST_F(ProgressLine, ShowsThePresentRate) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
-        line.Update(0);
-        m_test.Set(1000, 10000);
-        line.Update(1000);
-        EXPECT_THAT(Written(), HasSubstr(" 1000/s"));
-        m_test.Set(1010, 10000);
-        line.Update(2000);
-        EXPECT_THAT(Written(), HasSubstr(" 10/s"));
+        m_line.Look(0);
+        WorkUntil(1000, 1000, 10000);
+        EXPECT_THAT(Row(), HasSubstr(" 1000/s"));
+        WorkUntil(2000, 10, 10000);
+        EXPECT_THAT(Row(), HasSubstr(" 10/s"));
+    });
+}
+
+TEST_F(ProgressLine, CountsNoTimeInWhichTheProgramWasStopped) {
+    WhileItWorks([this] {
+        m_line.Look(0);
+        WorkUntil(4000, 100, 1000);
+        m_now += 3'600'000;
+        m_line.Look(m_now);
+        EXPECT_EQ(Row(), "[########------------] work: 40%, 400 of 1000, 100/s, 0:06 left");
+        WorkUntil(m_now + 2000, 100, 1000);
+        EXPECT_EQ(Row(), "[############--------] work: 60%, 600 of 1000, 100/s, 0:04 left");
     });
 }
 
 TEST_F(ProgressLine, TakesATestThatGoesBack) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
-        line.Update(0);
-        m_test.Set(400, 400);
-        line.Update(1000);
-        m_test.Set(300, 400);
-        line.Update(2000);
-        EXPECT_THAT(Written(), HasSubstr("work: 75%, 300 of 400, 400/s"));
-        m_test.Set(320, 400);
-        line.Update(3000);
-        EXPECT_THAT(Written(), HasSubstr("work: 80%, 320 of 400, 20/s"));
-    });
-}
-
-TEST_F(ProgressLine, DoesWithoutATotal) {
-    WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
-        line.Update(0);
-        line.Update(3000);
-        EXPECT_EQ(Written(), "work: running, 3 s");
-        m_test.Set(70, 0);
-        line.Update(4000);
-        EXPECT_THAT(Written(), HasSubstr("work: 70, 70/s"));
+        m_line.Look(0);
+        WorkUntil(2000, 200, 400);
+        EXPECT_EQ(Row(), "[####################] work: 100%, 400 of 400, 200/s");
+        m_done = 300;
+        WorkUntil(2100, 0, 400);
+        EXPECT_EQ(Row(), "[###############-----] work: 75%, 300 of 400, 200/s");
+        WorkUntil(4100, 20, 400);
+        EXPECT_EQ(Row(), "[#################---] work: 85%, 340 of 400, 20/s, 0:03 left");
     });
 }
 
 TEST_F(ProgressLine, TakesATestThatDoesMoreThanItAnnounced) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
-        line.Update(0);
-        m_test.Set(30, 20);
-        line.Update(1000);
-        EXPECT_EQ(Written(), "[####################] work: 100%, 30 of 20, 30/s");
+        m_line.Look(0);
+        WorkUntil(3000, 10, 20);
+        EXPECT_EQ(Row(), "[####################] work: 100%, 30 of 20, 10/s");
     });
 }
 
 TEST_F(ProgressLine, CountsBeyond32Bits) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return COLUMNS; });
-        line.Update(0);
+        m_line.Look(0);
         m_test.Set(~uint64_t{0} / 2, ~uint64_t{0} - 1);
-        line.Update(600);
-        EXPECT_THAT(Written(), HasSubstr("work: 50%"));
+        m_line.Look(100);
+        EXPECT_THAT(Row(), HasSubstr("work: 50%"));
+        EXPECT_THAT(Row(), HasSubstr(" of 18446744073709551614, 18446744073709551615/s"));
     });
 }
 
-TEST_F(ProgressLine, FitsANarrowScreen) {
+TEST_F(ProgressLine, DoesWithoutATotal) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return 10; });
-        line.Update(0);
-        m_test.Set(1, 2);
-        line.Update(1000);
-        EXPECT_EQ(Written(), "[########");
+        LookUntil(3000, m_line);
+        EXPECT_EQ(Row(), "work: 0:00:03");
+        WorkUntil(4000, 70, 0);
+        EXPECT_EQ(Row(), "work: 70, 70/s");
     });
+}
+
+TEST_F(ProgressLine, ShowsTheLatestTextBehindTheFigures) {
+    WhileItWorks([this] {
+        m_test.Set(50, 100);
+        CRunNote::Say("pass 1\n");
+        CRunNote::Say("pass\t2 of\x1b[2J 3\nand more\n");
+        LookUntil(1000, m_line);
+        EXPECT_EQ(Row(), "[##########----------] work: 50%, 50 of 100, 0/s, pass 2 of[2J 3");
+    });
+}
+
+TEST_F(ProgressLine, KeepsWhatIsMostUsefulOnANarrowScreen) {
+    WhileItWorks([this] {
+        CRunNote::Say("some text");
+        m_line.Look(0);
+        WorkUntil(4000, 100, 1000);
+        const std::string whole =
+            "[########------------] work: 40%, 400 of 1000, 100/s, 0:06 left, some text";
+        EXPECT_EQ(m_line.Row(static_cast<unsigned int>(whole.size())), whole);
+        EXPECT_EQ(m_line.Row(73),
+                  "[########------------] work: 40%, 400 of 1000, 100/s, 0:06 left, some tex");
+        EXPECT_EQ(m_line.Row(72),
+                  "[########------------] work: 40%, 400 of 1000, 100/s, 0:06 left");
+        EXPECT_EQ(m_line.Row(62), "[########------------] work: 40%, 400 of 1000, 0:06 left");
+        EXPECT_EQ(m_line.Row(50), "work: 40%, 400 of 1000, 0:06 left");
+        EXPECT_EQ(m_line.Row(30), "work: 40%, 0:06 left");
+        EXPECT_EQ(m_line.Row(10), "work: 40%");
+        EXPECT_EQ(m_line.Row(8), "work");
+        EXPECT_EQ(m_line.Row(3), "wor");
+        EXPECT_EQ(m_line.Row(0), "");
+    });
+}
+
+TEST_F(ProgressLine, CutsNoCharacterInTwo) {
+    ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+    CRunNote::Say("\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC");
+    LookUntil(1000, m_other);
+    EXPECT_EQ(m_other.Row(23), "read: 0:00:01, " + std::string("\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC"
+                                                               "\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC"));
+    std::setlocale(LC_CTYPE, "C");
+}
+
+TEST_F(ProgressLine, IsDueWhenTheTestWorkedForAMoment) {
+    WhileItWorks([this] {
+        m_line.Look(1000);
+        m_line.Look(1000 + CProgressLine::BAR_AFTER_MS - 1);
+        EXPECT_FALSE(m_line.IsDue());
+        m_line.Look(1000 + CProgressLine::BAR_AFTER_MS);
+        EXPECT_TRUE(m_line.IsDue());
+    });
+}
+
+TEST_F(ProgressLine, ShowsTheTimeOfATestThatHasYetToBegin) {
+    m_line.Look(0);
+    m_line.Look(CProgressLine::STATUS_AFTER_MS - 1);
+    EXPECT_FALSE(m_line.IsDue());
+    m_line.Look(5000);
+    EXPECT_TRUE(m_line.IsDue());
+    EXPECT_EQ(Row(), "work: 0:00:05");
+}
+
+TEST_F(ProgressLine, IsTimeAndTextOfACommand) {
+    m_other.Look(0);
+    m_other.Look(CProgressLine::STATUS_AFTER_MS - 1);
+    EXPECT_FALSE(m_other.IsDue());
+    CRunNote::Say("page 3");
+    m_other.Look(3000);
+    EXPECT_TRUE(m_other.IsDue());
+    EXPECT_EQ(m_other.Row(COLUMNS), "read: 0:00:03, page 3");
+}
+
+TEST_F(ProgressLine, IsABarOfABuiltInThatCounts) {
+    CRunNote::Count(0, 1000);
+    m_other.Look(0);
+    for (uint64_t done = 100; done <= 300; done += 100) {
+        CRunNote::Count(done, 1000);
+        m_other.Look(done * 10);
+    }
+    EXPECT_EQ(m_other.Row(COLUMNS),
+              "[######--------------] read: 30%, 300 of 1000, 100/s, 0:07 left");
+}
+
+TEST_F(ProgressLine, SaysThatItStops) {
+    WhileItWorks([this] {
+        m_line.Look(0);
+        WorkUntil(4000, 100, 1000);
+        m_line.SetStopping();
+        EXPECT_EQ(Row(), "[########------------] work: stopping, 40%, 400 of 1000, 100/s");
+    });
+    m_other.Look(0);
+    m_other.SetStopping();
+    EXPECT_TRUE(m_other.IsDue());
+    EXPECT_EQ(m_other.Row(COLUMNS), "read: stopping, 0:00:00");
 }
 
 TEST_F(ProgressLine, IsALineEveryFewSecondsWithoutAScreen) {
     WhileItWorks([this] {
-        CProgressLine line(m_terminal, m_test, [] { return 0U; });
-        m_test.Set(0, 100);
-        line.Update(0);
-        m_test.Set(40, 100);
-        line.Update(CProgressLine::LINE_EVERY_MS - 1000);
-        EXPECT_EQ(Written(), "");
-        m_test.Set(50, 100);
-        line.Update(CProgressLine::LINE_EVERY_MS);
-        EXPECT_EQ(Written(), "work: 50%, 50 of 100, 10/s\n");
-        line.Update(2 * CProgressLine::LINE_EVERY_MS - 1);
-        EXPECT_EQ(Written(), "");
-        line.Update(2 * CProgressLine::LINE_EVERY_MS);
-        EXPECT_EQ(Written(), "work: 50%, 50 of 100, 0/s\n");
+        m_line.Look(0);
+        WorkUntil(CProgressLine::LINE_EVERY_MS - LOOK_MS, 10, 100);
+        EXPECT_EQ(m_line.TakeDueLine(), std::nullopt);
+        WorkUntil(CProgressLine::LINE_EVERY_MS, 10, 100);
+        EXPECT_EQ(m_line.TakeDueLine(), "work: 50%, 50 of 100, 10/s, 0:05 left");
+        EXPECT_EQ(m_line.TakeDueLine(), std::nullopt);
+        WorkUntil(2 * CProgressLine::LINE_EVERY_MS, 10, 100);
+        EXPECT_EQ(m_line.TakeDueLine(), "work: 100%, 100 of 100, 10/s");
     });
-    EXPECT_EQ(Written(), "");
+    LookUntil(100'000, m_other);
+    EXPECT_EQ(m_other.TakeDueLine(), std::nullopt);
 }
 
 }  // namespace

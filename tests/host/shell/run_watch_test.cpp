@@ -132,4 +132,89 @@ TEST_F(RunWatch, TellsThatSomebodyUnknownHoldsTheDevice) {
     EXPECT_FALSE(m_watch.WaitOf(std::this_thread::get_id()).has_value());
 }
 
+// What is below the lines, on a screen of 80 columns or none.
+class RunWatchScreen : public RunWatch {
+  protected:
+    static constexpr char ERASED[] = "\r\x1b[K";
+
+    // Starts what is in the foreground.
+    CRunWatch::CRunning Foreground(const std::string& label) {
+        return {m_screen, "/" + label, label, nullptr};
+    }
+
+    unsigned int m_columns = 80;
+    CRunWatch m_screen{m_terminal, [this] { return m_columns; }};
+};
+
+TEST_F(RunWatchScreen, ShowsACommandThatTakesLongerThanASecond) {
+    {
+        const auto running = Foreground("read");
+        m_screen.Look(0);
+        m_screen.Look(900);
+        EXPECT_EQ(Written(), "");
+        m_root.SendLog(LogWord(LOG_LT_PROGRESS, 1), "page %d\n", 3);
+        m_screen.Look(3000);
+        EXPECT_EQ(Written(), std::string(ERASED) + "read: 0:00:03, page 3");
+    }
+    EXPECT_EQ(Written(), ERASED);
+}
+
+TEST_F(RunWatchScreen, ChangesTheRowOnlySoOften) {
+    const auto running = Foreground("read");
+    m_screen.Look(0);
+    m_screen.Look(2000);
+    Written();
+    CRunNote::Say("more");
+    m_screen.Look(2000 + CRunWatch::ROW_EVERY_MS - 1);
+    EXPECT_EQ(Written(), "");
+    m_screen.Look(2000 + CRunWatch::ROW_EVERY_MS);
+    EXPECT_EQ(Written(), std::string(ERASED) + "read: 0:00:02, more");
+}
+
+TEST_F(RunWatchScreen, KeepsTheRowOfTheOuterWhenTheInnerIsShort) {
+    const auto outer = Foreground("repeat");
+    m_screen.Look(0);
+    m_screen.Look(1000);
+    Written();
+    {
+        const auto inner = Foreground("probe");
+        m_screen.Look(1200);
+        EXPECT_EQ(Written(), std::string(ERASED) + "repeat: 0:00:01");
+    }
+    EXPECT_EQ(Written(), "");
+    {
+        const auto inner = Foreground("probe");
+        m_screen.Look(2000);
+        m_screen.Look(3000);
+        EXPECT_EQ(Written(), std::string(ERASED) + "repeat: 0:00:02" + ERASED + "probe: 0:00:01");
+    }
+    EXPECT_EQ(Written(), ERASED);
+    m_screen.Look(3100);
+    EXPECT_EQ(Written(), std::string(ERASED) + "repeat: 0:00:03");
+}
+
+TEST_F(RunWatchScreen, LeavesTheLastColumnFree) {
+    m_columns = 10;
+    const auto running = Foreground("a-long-name");
+    m_screen.Look(0);
+    m_screen.Look(1000);
+    EXPECT_EQ(Written(), std::string(ERASED) + "a-long-na");
+}
+
+TEST_F(RunWatchScreen, ShowsNothingOfACommandWithoutAScreen) {
+    m_columns = 0;
+    const auto running = Foreground("read");
+    m_screen.Look(0);
+    m_screen.Look(100'000);
+    EXPECT_EQ(Written(), "");
+}
+
+TEST_F(RunWatchScreen, CatchesNoTextsWithoutAScreen) {
+    const CRunWatch::CRunning running(m_watch, "/read", "read", nullptr);
+    // Only that of the watch with a screen is there.
+    CRunNote note;
+    m_root.SendLog(LogWord(LOG_LT_PROGRESS, 1), "page\n");
+    EXPECT_EQ(note.Text(), "page");
+}
+
 }  // namespace

@@ -1,0 +1,34 @@
+#include "host/shell/run/test_results.h"
+
+void CTestResults::OnEnd(const CRunRecord& record) {
+    // Without a code the test never began: its arguments were refused.
+    if (!record.is_test || !record.code.has_value()) {
+        return;
+    }
+    const std::lock_guard<std::mutex> guard(m_lock);
+    CTestResult& result = m_results[record.node_id];
+    result.last = record.status;
+    result.last_skipped = record.code == MSG_SKIPPED;
+    result.ended = std::chrono::time_point_cast<std::chrono::system_clock::duration>(
+        record.began + record.duration);
+    if (result.last_skipped) {
+        ++result.skipped;
+    } else if (record.status == EXIT_PASSED) {
+        ++result.passed;
+    } else if (record.status == EXIT_ABORTED) {
+        ++result.aborted;
+    } else {
+        ++result.failed;
+    }
+}
+
+std::optional<CTestResult> CTestResults::Of(unsigned int node_id) const {
+    const std::lock_guard<std::mutex> guard(m_lock);
+    const auto found = m_results.find(node_id);
+    return found == m_results.end() ? std::nullopt : std::optional(found->second);
+}
+
+void CTestResults::Clear() {
+    const std::lock_guard<std::mutex> guard(m_lock);
+    m_results.clear();
+}
