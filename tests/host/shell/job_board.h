@@ -100,7 +100,7 @@ class JobBoard : public testing::Test {
     JobBoard() {
         m_root.AddChild(m_a.device, CDiagObj::NO_SORT);
         m_root.AddChild(m_b.device, CDiagObj::NO_SORT);
-        m_shell.emplace(m_root, m_terminal, m_interrupt);
+        m_shell.emplace(m_root, m_terminal, m_interrupt, m_log_filter);
     }
 
     EExitStatus Run(const std::string& line) { return m_shell->Execute(line); }
@@ -114,7 +114,8 @@ class JobBoard : public testing::Test {
     CJobDevice m_b{"b"};
     CInterrupt m_interrupt;
     CTerminal m_terminal{m_file.Get(), m_file.Get()};
-    CTerminalLog m_log{m_terminal};
+    CLogFilter m_log_filter;
+    CTerminalLog m_log{m_terminal, m_log_filter};
     const CLogSinkScope m_sink{m_log};
     std::optional<CShell> m_shell;
 };

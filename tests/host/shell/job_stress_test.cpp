@@ -79,7 +79,7 @@ class JobStress : public testing::Test {
         auto* both = new CUseBothTest("both", *m_a, *m_b);
         m_root.AddChild(both, CDiagObj::NO_SORT);
         m_tests.push_back(both);
-        m_shell.emplace(m_root, m_terminal, m_interrupt);
+        m_shell.emplace(m_root, m_terminal, m_interrupt, m_log_filter);
     }
 
     CTextFile m_file;
@@ -89,7 +89,8 @@ class JobStress : public testing::Test {
     std::vector<CDiagMenu*> m_tests;
     CInterrupt m_interrupt;
     CTerminal m_terminal{m_file.Get(), m_file.Get()};
-    CTerminalLog m_log{m_terminal};
+    CLogFilter m_log_filter;
+    CTerminalLog m_log{m_terminal, m_log_filter};
     const CLogSinkScope m_sink{m_log};
     std::optional<CShell> m_shell;
 };
