@@ -2,47 +2,25 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <map>
 
 #include "host/board_loader.h"
 #include "host/shell/exit_status.h"
+#include "host/shell/usage_error.h"
 
 namespace {
 
-const std::map<std::string, ELogTypes> LOG_TYPES = {
-    {"test-error", LOG_LT_ERR_TEST},
-    {"system-error", LOG_LT_ERR_SYS},
-    {"error", LOG_LT_ERR_SW},
-    {"warning", LOG_LT_WARN},
-    {"system", LOG_LT_SYS},
-    {"info", LOG_LT_INFO},
-    {"progress", LOG_LT_PROGRESS},
-    {"result", LOG_LT_RESULT},
-    {"hw-debug", LOG_LT_HW_DEBUG_BASE},
-    {"sw-debug", LOG_LT_SW_DEBUG_BASE},
-};
-constexpr unsigned int HIGHEST_LEVEL = 15;
-
-// "TYPE=LEVEL" or "TYPE=off".
-COptions::CLogLevel ParseLogLevel(const std::string& setting) {
-    const size_t equals = std::min(setting.find('='), setting.size());
-    const auto type = LOG_TYPES.find(setting.substr(0, equals));
-    if (equals == setting.size() || type == LOG_TYPES.end()) {
-        std::string names;
-        for (const auto& [name, value] : LOG_TYPES) {
-            names += (names.empty() ? "" : ", ") + name;
+// Each of them "TYPE=LEVEL".
+std::vector<CLogSetting> ParseLogOptions(const std::vector<std::string>& options) {
+    for (const std::string& option : options) {
+        if (option.find('=') == std::string::npos) {
+            throw CLI::ValidationError("--log " + option, "give TYPE=LEVEL, or TYPE=off");
         }
-        throw CLI::ValidationError("--log " + setting, "give TYPE=LEVEL, TYPE one of " + names);
     }
-    const std::string level = setting.substr(equals + 1);
-    if (level == "off") {
-        return {type->second, std::nullopt};
+    try {
+        return ParseLogSettings(options);
+    } catch (const CUsageError& e) {
+        throw CLI::ValidationError("--log", e.what());
     }
-    unsigned int number = 0;
-    if (!CLI::detail::lexical_cast(level, number) || number > HIGHEST_LEVEL) {
-        throw CLI::ValidationError("--log " + setting, "the level is 0 to 15, or off");
-    }
-    return {type->second, number};
 }
 
 // Takes the arguments behind "--" off, for the board.
@@ -77,10 +55,23 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
     auto* script = app.add_option("script", options.script, "Run the commands of FILE and exit")
                        ->type_name("FILE")
                        ->excludes(commands);
+    app.add_flag("--keep-going", options.keep_going,
+                 "Go on after a command that does not pass; the run ends with the worst status");
+    app.add_flag("--json", options.json,
+                 "Print one JSON object for each command to standard output, and what people read "
+                 "to standard error");
+    auto* junit =
+        app.add_option("--junit", options.junit, "Write a JUnit report of the run to FILE")
+            ->type_name("FILE")
+            ->take_last();
     app.add_option("--log", log_settings,
                    "Show log texts of TYPE up to debug level LEVEL, or none with TYPE=off")
         ->type_name("TYPE=LEVEL")
         ->allow_extra_args(false);
+    auto* log_file = app.add_option("--log-file", options.log_file,
+                                    "Append everything that is printed and logged to FILE")
+                         ->type_name("FILE")
+                         ->take_last();
     app.add_option("--board", options.board, "The board to load, a shared object")
         ->type_name("FILE.so");
     app.add_option("--sim", sim, "Simulate the board that a device tree blob describes")
@@ -89,6 +80,8 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
     app.add_option("--state", state, "Where the simulated board keeps its EEPROMs")
         ->type_name("DIR")
         ->take_last();
+    app.set_version_flag("--version", "diagsh (morva-diags) " MORVA_VERSION,
+                         "Print the version and exit");
     app.footer(
         "Without a command or a script, commands are read from standard input. Arguments\n"
         "behind -- go to the board, as --sim and --state do.\n"
@@ -97,12 +90,16 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
     try {
         std::reverse(arguments.begin(), arguments.end());
         app.parse(arguments);
+        if (junit->count() != 0 && options.junit.empty()) {
+            throw CLI::ValidationError("--junit", "the name of the file is empty");
+        }
         if (script->count() != 0 && options.script.empty()) {
             throw CLI::ValidationError("script", "the name of the file is empty");
         }
-        for (const std::string& setting : log_settings) {
-            options.log_levels.push_back(ParseLogLevel(setting));
+        if (log_file->count() != 0 && options.log_file.empty()) {
+            throw CLI::ValidationError("--log-file", "the name of the file is empty");
         }
+        options.log_settings = ParseLogOptions(log_settings);
     } catch (const CLI::ParseError& e) {
         exit_status = app.exit(e) == 0 ? EXIT_PASSED : EXIT_USAGE;
         return std::nullopt;

@@ -5,20 +5,18 @@
 #include <string>
 #include <vector>
 
-#include "framework/diag_log_word.h"
+#include "host/shell/log_settings.h"
 
 struct COptions {
     std::vector<std::string> commands;  // of -c
     std::string script;
+    bool keep_going = false;
+    bool json = false;
+    std::string junit;  // the file of the report, if there shall be one
     std::string board;
     std::vector<std::string> board_arguments;
-
-    // What --log asks for: a debug level, or none to hide the type.
-    struct CLogLevel {
-        ELogTypes type;
-        std::optional<unsigned int> level;
-    };
-    std::vector<CLogLevel> log_levels;
+    std::vector<CLogSetting> log_settings;
+    std::string log_file;
 };
 
 // Reads the command line. When there is nothing to run (help was asked for, or

@@ -1,13 +1,17 @@
 #include "host/shell/shell.h"
 
 #include <memory>
+#include <utility>
 
 #include "framework/diag_menu.h"
+#include "host/diag_clock.h"
 #include "host/diag_tree.h"
 #include "host/exception_text.h"
 #include "host/shell/builtins/builtins.h"
-#include "host/shell/input/word_splitter.h"
+#include "host/shell/input/command_line.h"
+#include "host/shell/node_path.h"
 #include "host/shell/printable.h"
+#include "host/shell/run/foreground_stop.h"
 #include "host/shell/run/node_run.h"
 #include "host/shell/run/request.h"
 #include "host/shell/usage_error.h"
@@ -25,13 +29,16 @@ std::string Joined(const std::vector<std::string>& words) {
 
 }  // namespace
 
-CShell::CShell(CDiagMenu& root, CTerminal& terminal, CInterrupt& interrupt)
+CShell::CShell(CDiagMenu& root, CTerminal& terminal, CInterrupt& interrupt, CLogFilter& log_filter)
     : m_root(root),
       m_current_id(root.GetId()),
       m_terminal(terminal),
       m_interrupt(interrupt),
+      m_log_filter(log_filter),
+      m_recorder(log_filter),
       m_watch(terminal),
-      m_jobs(terminal, m_watch) {
+      m_jobs(terminal, m_watch, m_recorder, interrupt) {
+    m_recorder.AddObserver(m_results);
     m_watch.Start();
 }
 
@@ -41,43 +48,83 @@ CDiagObj& CShell::Current() const {
 }
 
 EExitStatus CShell::Execute(std::string_view line, const std::string& origin) {
+    const std::string outer = m_origin;
     m_origin = origin;
-    EExitStatus status = EXIT_PASSED;
+    EExitStatus worst = EXIT_PASSED;
     try {
-        const CSplitLine split = SplitLine(line);
-        if (!split.words.empty()) {
-            status = ExecuteWords(split.words, split.background);
-        } else if (split.background) {
-            throw CUsageError("& needs a command or a test before it");
+        EExitStatus last = EXIT_PASSED;
+        for (const CCommand& command : ParseLine(line)) {
+            if (!command.after_success || last == EXIT_PASSED) {
+                last = ExecuteCommand(command);
+                worst = Worse(worst, last);
+            }
+            if (m_quit || IsInterrupted()) {
+                break;
+            }
         }
     } catch (const CUsageError& e) {
-        return Refuse(e.what(), origin);
-    } catch (...) {
-        Refuse(CurrentExceptionText(), origin);
-        return EXIT_FAILED;
+        CRunRecorder::COpen open(m_recorder, {});
+        open.Record().command = Printable(line);
+        open.Record().origin = m_origin;
+        worst = open.Record().status = ReportError(e.what(), EXIT_USAGE);
     }
     m_terminal.EndLine();
-    return status;
+    m_origin = outer;
+    return worst;
 }
 
-EExitStatus CShell::ExecuteWords(const std::vector<std::string>& words, bool background) {
-    const std::vector<std::string> arguments(words.begin() + 1, words.end());
-    if (const CBuiltin* builtin = FindBuiltin(words.front())) {
-        if (background) {
-            throw CUsageError(words.front() + ": & runs commands and tests, not built-ins");
+EExitStatus CShell::ExecuteWords(const std::vector<std::string>& words) {
+    return ExecuteCommand({words});
+}
+
+EExitStatus CShell::ExecuteCommand(const CCommand& command) {
+    CRunRecorder::COpen open(m_recorder, {});
+    CRunRecord& record = open.Record();
+    record.command = Joined(command.words);
+    record.arguments.assign(command.words.begin() + 1, command.words.end());
+    record.origin = m_origin;
+    try {
+        record.status = Dispatch(command, open);
+    } catch (const CUsageError& e) {
+        record.status = ReportError(e.what(), EXIT_USAGE);
+    } catch (...) {
+        record.status = ReportError(CurrentExceptionText(), EXIT_FAILED);
+    }
+    m_terminal.EndLine();
+    return record.status;
+}
+
+EExitStatus CShell::Dispatch(const CCommand& command, CRunRecorder::COpen& open) {
+    const std::string& name = command.words.front();
+    const std::vector<std::string>& arguments = open.Record().arguments;
+    if (const CBuiltin* builtin = FindBuiltin(name)) {
+        if (command.background) {
+            throw CUsageError(name + ": & runs commands and tests, not built-ins");
         }
-        const CRunWatch::CRunning running(m_watch, Joined(words), nullptr);
+        CRunWatch::CRunning running(m_watch, open.Record().command, name, nullptr);
+        CForegroundStop stop(m_terminal, running, open.Record().command);
+        const CForeground foreground(m_interrupt,
+                                     [&stop] { stop.OnInterrupt(GetDiagClock().NowMs()); });
+        open.Begin();
         return RunBuiltin(*builtin, *this, arguments);
     }
-    CDiagObj& node = NodeAt(words.front());
-    if (background) {
+    CDiagObj& node = NodeAt(name, BuiltinNames());
+    if (command.background) {
         m_jobs.Start(std::make_unique<CNodeRun>(node, arguments, m_origin));
+        // Its record comes when the job ends.
+        open.Drop();
         return EXIT_PASSED;
     }
-    return RunInForeground(node, arguments);
+    return RunInForeground(node, arguments, open);
+}
+
+void CShell::Print(const std::string& text) {
+    m_recorder.NotePrint(text);
+    m_terminal.Write(text);
 }
 
 EExitStatus CShell::Refuse(const std::string& error, const std::string& origin) const {
+    CRunRecorder::NoteError(error);
     m_terminal.WriteError(origin + (origin.empty() ? "" : ": ") + error + "\n");
     return EXIT_USAGE;
 }
@@ -92,37 +139,26 @@ EExitStatus CShell::ReportFailure(const CDiagObj& node, const std::string& text,
     return ReportError(PathOf(node) + ": " + text, status);
 }
 
-CDiagObj& CShell::NodeAt(const std::string& path) const {
-    if (path.empty()) {
-        throw CUsageError("an empty word names no node");
-    }
-    CDiagObj& current = Current();
-    if (CDiagObj* node = FindByPath(current, path)) {
-        return *node;
-    }
-    // Go along as far as the path exists, to say where it ends.
-    CDiagObj* last = path.front() == '/' ? &m_root : &current;
-    std::string missing;
-    for (size_t begin = 0; missing.empty(); begin = path.find('/', begin) + 1) {
-        const std::string name = path.substr(begin, path.find('/', begin) - begin);
-        CDiagObj* next = name.empty() ? last : FindByPath(*last, name);
-        if (next == nullptr) {
-            missing = name;
-        } else {
-            last = next;
-        }
-    }
-    throw CUsageError(Printable(path) + ": there is no \"" + Printable(missing) + "\" in " +
-                      PathOf(*last) + "; try ls" + (last == &current ? " or help" : ""));
+CDiagObj& CShell::NodeAt(const std::string& path, const std::vector<std::string>& words) const {
+    return FindNode(Current(), path, words);
 }
 
-EExitStatus CShell::RunInForeground(CDiagObj& node, const std::vector<std::string>& arguments) {
+EExitStatus CShell::RunInForeground(CDiagObj& node, const std::vector<std::string>& arguments,
+                                    CRunRecorder::COpen& open) {
     CNodeRun run(node, arguments, m_origin);
+    run.Describe(open.Record());
+    open.Begin();
     EResCode code = MSG_ERR_NORESP;
     {
-        const CForeground foreground(m_interrupt, [&run] { run.Stop(); });
-        const CRunWatch::CRunning running(m_watch, PathOf(node), run.Test());
-        code = run.Perform(m_terminal);
+        CRunWatch::CRunning running(m_watch, PathOf(node), node.GetName(), run.Test());
+        CForegroundStop stop(m_terminal, running, run);
+        const CForeground foreground(m_interrupt,
+                                     [&stop] { stop.OnInterrupt(GetDiagClock().NowMs()); });
+        // What came a moment earlier met nothing that it could stop.
+        if (IsInterrupted()) {
+            run.Stop();
+        }
+        code = run.Perform(m_terminal, m_recorder);
     }
     switch (code) {
         case MSG_SUCCESS:

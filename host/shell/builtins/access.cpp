@@ -5,9 +5,11 @@
 #include "framework/diag_exception.h"
 #include "framework/diag_functions.h"
 #include "host/diag_tree.h"
+#include "host/shell/builtins/access_target.h"
 #include "host/shell/builtins/device_use.h"
-#include "host/shell/node_kind.h"
+#include "host/shell/number.h"
 #include "host/shell/run/request.h"
+#include "host/shell/run/run_note.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"
 #include "host/shell/value_type.h"
@@ -19,58 +21,13 @@ namespace {
 constexpr uint64_t ROW = 16;
 constexpr uint64_t ELEMENTS_PER_REQUEST = 3 * ROW;
 
-// A value or an array, as it describes itself.
-class CTarget {
-  public:
-    explicit CTarget(CDiagObj& node) : m_node(Checked(node)) {
-        COutMsg answer;
-        node.Query(answer);
-        CInMsg fields(answer);
-        fields >> m_vt;
-        if (IsArray()) {
-            fields >> m_first >> m_last;
-        }
-        uint8_t read_only = 0;
-        fields >> read_only;
-        m_read_only = read_only != 0;
-    }
-
-    CDiagMenu& Node() const { return m_node; }
-    bool IsArray() const { return m_node.GetNodeType() != TVALUE; }
-    CValueType Type() const { return CValueType(m_vt); }
-    bool IsReadOnly() const { return m_read_only; }
-    uint64_t First() const { return m_first; }
-    uint64_t Last() const { return m_last; }
-    std::string Position(uint64_t pos) const {
-        return m_node.GetNodeType() == TARRAY_I ? toString(pos, 0) : toString(pos, VF_HEX);
-    }
-    std::string Positions() const { return Position(m_first) + " to " + Position(m_last); }
-
-  private:
-    static CDiagMenu& Checked(CDiagObj& node) {
-        const ENodeType type = node.GetNodeType();
-        auto* menu = dynamic_cast<CDiagMenu*>(&node);
-        if (menu == nullptr || (type != TVALUE && type != TARRAY_I && type != TARRAY_A)) {
-            throw CUsageError(PathOf(node) + " is " + DescribeType(node) +
-                              "; peek and poke take values and arrays");
-        }
-        return *menu;
-    }
-
-    CDiagMenu& m_node;
-    uint8_t m_vt = 0;
-    uint64_t m_first = 0;
-    uint64_t m_last = 0;
-    bool m_read_only = false;
-};
-
 struct CRange {
     uint64_t first;
     uint64_t last;
 };
 
 // "POSITION" or "FIRST..LAST", inside the array.
-CRange ParseRange(const CTarget& target, const std::string& word) {
+CRange ParseRange(const CAccessTarget& target, const std::string& word) {
     const auto position = [&target](const std::string& text) {
         const uint64_t pos = ParseUnsigned(text, target.Last(), target.Positions());
         if (pos < target.First()) {
@@ -96,7 +53,7 @@ CRange ParseRange(const CTarget& target, const std::string& word) {
 // Prints elements in rows, each headed by the position of its first element.
 class CRowPrinter {
   public:
-    CRowPrinter(CShell& shell, const CTarget& target) : m_shell(shell), m_target(target) {}
+    CRowPrinter(CShell& shell, const CAccessTarget& target) : m_shell(shell), m_target(target) {}
     ~CRowPrinter() { m_shell.Terminal().EndLine(); }
     CRowPrinter(const CRowPrinter&) = delete;
     CRowPrinter& operator=(const CRowPrinter&) = delete;
@@ -104,18 +61,18 @@ class CRowPrinter {
     void Print(uint64_t pos, const std::string& element) {
         if (!m_begun || pos % ROW == 0) {
             m_shell.Terminal().EndLine();
-            const std::string position = m_target.Position(pos);
-            const size_t width = m_target.Position(m_target.Last()).size();
-            m_shell.Print(std::string(width - position.size(), ' ') + position + ": ");
+            const std::string position = m_target.PositionText(pos);
+            const size_t width = m_target.PositionText(m_target.Last()).size();
+            m_shell.Terminal().Write(std::string(width - position.size(), ' ') + position + ": ");
             m_begun = true;
         }
         // The row's head tells already that its numbers are hexadecimal.
-        m_shell.Print(" " + (element.rfind("0x", 0) == 0 ? element.substr(2) : element));
+        m_shell.Terminal().Write(" " + (element.rfind("0x", 0) == 0 ? element.substr(2) : element));
     }
 
   private:
     CShell& m_shell;
-    const CTarget& m_target;
+    const CAccessTarget& m_target;
     bool m_begun = false;
 };
 
@@ -128,22 +85,23 @@ std::unique_ptr<CDeviceUse> UseDeviceOf(const CShell& shell, const CDiagMenu& ar
 }
 
 // Ctrl-C came while the device was waited for.
-EExitStatus ReportAborted(const CShell& shell, const CTarget& target) {
+EExitStatus ReportAborted(const CShell& shell, const CAccessTarget& target) {
     return shell.ReportFailure(target.Node(), "aborted", EXIT_ABORTED);
 }
 
-EExitStatus PeekValue(CShell& shell, const CTarget& target) {
+EExitStatus PeekValue(CShell& shell, const CAccessTarget& target) {
     CReply reply(target.Node(), COutMsg(MSG_PEEKV, target.Node().GetId()));
     if (reply.Code() != MSG_SUCCESS) {
         return shell.ReportFailure(target.Node(), "peek " + FailureText(reply.Code()),
                                    reply.Status());
     }
-    shell.Print(std::string(target.Node().GetName()) + " = " +
-                target.Type().Unpack(reply.Fields()) + "\n");
+    const CValue value = target.Type().Unpack(reply.Fields());
+    shell.Recorder().NoteOutput(target.Node().GetName(), target.Type(), value);
+    shell.Terminal().Write(std::string(target.Node().GetName()) + " = " + value.text + "\n");
     return EXIT_PASSED;
 }
 
-EExitStatus PeekArray(CShell& shell, const CTarget& target, const CRange& range) {
+EExitStatus PeekArray(CShell& shell, const CAccessTarget& target, const CRange& range) {
     const auto use = UseDeviceOf(shell, target.Node());
     if (use != nullptr && !use->IsHeld()) {
         return ReportAborted(shell, target);
@@ -164,12 +122,19 @@ EExitStatus PeekArray(CShell& shell, const CTarget& target, const CRange& range)
         while (reply.Fields().GetLen() != 0) {
             uint64_t pos = 0;
             reply.Fields() >> pos;
-            rows.Print(pos, target.Type().Unpack(reply.Fields()));
+            const CValue value = target.Type().Unpack(reply.Fields());
+            shell.Recorder().NoteOutput(
+                std::string(target.Node().GetName()) + "[" + target.PositionText(pos) + "]",
+                target.Type(), value);
+            rows.Print(pos, value.text);
         }
         if (last == range.last) {
             return EXIT_PASSED;
         }
+        // So that progress can show below it.
+        shell.Terminal().EndLine();
         first = last + 1;
+        CRunNote::Count(first - range.first, range.last - range.first + 1);
     }
     return EXIT_ABORTED;
 }
@@ -177,7 +142,7 @@ EExitStatus PeekArray(CShell& shell, const CTarget& target, const CRange& range)
 }  // namespace
 
 EExitStatus Peek(CShell& shell, const std::vector<std::string>& arguments) {
-    const CTarget target(shell.NodeAt(arguments[0]));
+    const CAccessTarget target(shell.NodeAt(arguments[0]));
     if (!target.IsArray()) {
         if (arguments.size() > 1) {
             throw CUsageError(PathOf(target.Node()) + " is a value and has no positions");
@@ -190,7 +155,7 @@ EExitStatus Peek(CShell& shell, const std::vector<std::string>& arguments) {
 }
 
 EExitStatus Poke(CShell& shell, const std::vector<std::string>& arguments) {
-    const CTarget target(shell.NodeAt(arguments[0]));
+    const CAccessTarget target(shell.NodeAt(arguments[0]));
     const size_t needed = target.IsArray() ? 3 : 2;
     if (arguments.size() != needed) {
         throw CUsageError("usage: poke " + PathOf(target.Node()) +
@@ -223,7 +188,7 @@ EExitStatus Poke(CShell& shell, const std::vector<std::string>& arguments) {
 }
 
 std::string HelpOnAccess(CDiagObj& node) {
-    const CTarget target(node);
+    const CAccessTarget target(node);
     const std::string path = PathOf(node);
     const std::string where = target.IsArray() ? " [POSITION|FIRST..LAST]" : "";
     std::string text = target.Type().Name() + (target.IsReadOnly() ? ", read-only" : "");

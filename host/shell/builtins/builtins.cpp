@@ -5,10 +5,16 @@
 #include "host/diag_tree.h"
 #include "host/shell/builtins/access.h"
 #include "host/shell/builtins/help.h"
+#include "host/shell/builtins/history_command.h"
 #include "host/shell/builtins/job_commands.h"
 #include "host/shell/builtins/listing.h"
+#include "host/shell/builtins/log_command.h"
 #include "host/shell/builtins/raw_export.h"
 #include "host/shell/builtins/raw_import.h"
+#include "host/shell/builtins/repeat.h"
+#include "host/shell/builtins/sleep.h"
+#include "host/shell/builtins/source.h"
+#include "host/shell/builtins/status.h"
 #include "host/shell/node_kind.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"
@@ -29,24 +35,17 @@ EExitStatus ChangeNode(CShell& shell, const CArguments& arguments) {
     return EXIT_PASSED;
 }
 
-EExitStatus List(CShell& shell, const CArguments& arguments) {
-    shell.Print(ListChildren(shell.NodeAt(arguments.empty() ? "." : arguments.front())));
+EExitStatus PrintPath(CShell& shell, const CArguments&) {
+    shell.Print(PathOf(shell.Current()) + "\n");
     return EXIT_PASSED;
 }
 
-EExitStatus Tree(CShell& shell, const CArguments& arguments) {
-    shell.Print(ListTree(shell.NodeAt(arguments.empty() ? "." : arguments.front())));
-    return EXIT_PASSED;
-}
-
-EExitStatus Help(CShell& shell, const CArguments& arguments) {
-    if (arguments.empty()) {
-        shell.Print(HelpOnShell());
-    } else if (const CBuiltin* builtin = FindBuiltin(arguments.front())) {
-        shell.Print(HelpOnBuiltin(*builtin));
-    } else {
-        shell.Print(HelpOnNode(shell.NodeAt(arguments.front())));
+EExitStatus Echo(CShell& shell, const CArguments& arguments) {
+    std::string line;
+    for (size_t i = 0; i < arguments.size(); ++i) {
+        line += (i == 0 ? "" : " ") + arguments[i];
     }
+    shell.Print(line + "\n");
     return EXIT_PASSED;
 }
 
@@ -67,12 +66,25 @@ const std::vector<CBuiltin>& Builtins() {
          1,
          ChangeNode,
          {{CONTAINER}}},
-        {"ls", "[NODE]", "List what is in a node.", 0, 1, List, {{NODE}}},
-        {"tree", "[NODE]", "Show everything below a node but its commands.", 0, 1, Tree, {{NODE}}},
-        {"help", "[NODE|BUILT-IN]", "Explain a node or a built-in command.", 0, 1, Help, {{LINE}}},
+        {"pwd", "", "Print the path of the node you are at.", 0, 0, PrintPath, {}},
+        {"ls", "[-l] [NODE]", "List what is in a node.", 0, ANY_NUMBER, List, {{NODE, {"-l"}}}},
+        {"tree",
+         "[-a] [-l] [-d LEVELS] [NODE]",
+         "Show everything below a node, commands only with -a.",
+         0,
+         ANY_NUMBER,
+         Tree,
+         {{NODE, {"-a", "-l", "-d"}}}},
+        {"find",
+         "TEXT [NODE]",
+         "List the nodes that have a text in their name or description.",
+         1,
+         2,
+         Find,
+         {{WORD}, {NODE}}},
         {"peek",
          "NODE [POSITION|FIRST..LAST]",
-         "Read a value, or elements of an array; without a position all of them.",
+         "Read a value, or elements of an array.",
          1,
          2,
          Peek,
@@ -86,39 +98,71 @@ const std::vector<CBuiltin>& Builtins() {
          {{ACCESS}, {WORD}}},
         {"export",
          "NODE FILE [--force]",
-         "Write the contents of a memory device to a file; --force replaces the file.",
+         "Write the contents of a memory device to a file.",
          2,
          3,
          Export,
-         {{MEMORY}, {FILE}, {WORD, {"--force"}}}},
+         {{MEMORY}, {PATHNAME}, {WORD, {"--force"}}}},
         {"import",
          "NODE FILE [OFFSET] [--yes]",
-         "Write a file into a memory device; shows what would change and asks, but for --yes.",
+         "Write a file into a memory device.",
          2,
          4,
          Import,
-         {{MEMORY}, {FILE}, {WORD, {"--yes"}}}},
-        {"jobs",
-         "",
-         "List the background jobs; NODE [ARGUMENT...] & starts one.",
+         {{MEMORY}, {PATHNAME}, {WORD, {"--yes"}}}},
+        {"repeat",
+         "COUNT|until-fail COMMAND [ARGUMENT...]",
+         "Run a command again and again, and sum up.",
+         2,
+         ANY_NUMBER,
+         Repeat,
+         {{WORD, {"until-fail"}}, {LINE}}},
+        {"sleep", "SECONDS", "Wait for a time, as 2 or 0.5.", 1, 1, Sleep, {{WORD}}},
+        {"source", "FILE", "Run the commands of a file.", 1, 1, Source, {{PATHNAME}}},
+        {"status",
+         "[NODE] | --reset",
+         "Show what became of the tests, all or those at and below a node.",
          0,
+         2,
+         Status,
+         {{NODE, {"--reset"}}}},
+        {"log",
+         "[TYPE=LEVEL...] | default",
+         "Show or choose which log texts show: up to a level (0 to 15), or off.",
          0,
-         ListJobs,
-         {}},
+         ANY_NUMBER,
+         ChooseLog,
+         {{WORD, LogWords()}}},
+        {"jobs", "", "List the background jobs.", 0, 0, ListJobs, {}},
         {"wait",
          "[JOB...]",
-         "Wait for background jobs, without JOB for all; ends as the worst of them did.",
+         "Wait for background jobs, without JOB for all.",
          0,
          ANY_NUMBER,
          WaitForJobs,
          {{JOB}}},
         {"stop",
          "[JOB|NODE...]",
-         "Stop background jobs: one, those at or below a node, or without arguments all.",
+         "Stop background jobs: some, those at and below a node, or all.",
          0,
          ANY_NUMBER,
          StopJobs,
          {{JOB}}},
+        {"echo", "[TEXT...]", "Print a line of text.", 0, ANY_NUMBER, Echo, {{WORD}}},
+        {"history",
+         "[COUNT|TEXT]",
+         "List the last lines that were typed, or those that have a text in them.",
+         0,
+         1,
+         ListHistory,
+         {{WORD}}},
+        {"help",
+         "[NODE|BUILT-IN|syntax]",
+         "Explain a node, a built-in command, or how lines are written.",
+         0,
+         1,
+         Help,
+         {{LINE, {"syntax"}}}},
         {"quit", "", "Leave the shell; so does the end of input.", 0, 0, Quit, {}},
     };
     return builtins;
@@ -131,11 +175,27 @@ const CBuiltin* FindBuiltin(const std::string& name) {
     return found == all.end() ? nullptr : &*found;
 }
 
+const std::vector<std::string>& BuiltinNames() {
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> all;
+        for (const CBuiltin& builtin : Builtins()) {
+            all.emplace_back(builtin.name);
+        }
+        return all;
+    }();
+    return names;
+}
+
+std::string UsageOf(const CBuiltin& builtin) {
+    return std::string("usage: ") + builtin.name + (*builtin.synopsis == '\0' ? "" : " ") +
+           builtin.synopsis;
+}
+
 EExitStatus RunBuiltin(const CBuiltin& builtin, CShell& shell, const CArguments& arguments) {
     if (arguments.size() < builtin.min_arguments || arguments.size() > builtin.max_arguments) {
         throw CUsageError(std::string(builtin.name) + ": " +
                           (arguments.size() < builtin.min_arguments ? "too few" : "too many") +
-                          " arguments\nusage: " + builtin.name + " " + builtin.synopsis);
+                          " arguments\n" + UsageOf(builtin));
     }
     return builtin.run(shell, arguments);
 }

@@ -15,9 +15,9 @@ enum class EArgument {
     CONTAINER,  // a menu or a device
     ACCESS,     // a value or an array
     MEMORY,     // a memory device, or the array below it
-    FILE,
-    JOB,   // the number of a job
-    LINE,  // a command line of its own: this word and all that follow
+    PATHNAME,   // a file
+    JOB,        // the number of a job
+    LINE,       // a command line of its own: this word and all that follow
 };
 
 struct CArgument {
@@ -40,6 +40,9 @@ struct CBuiltin {
 const std::vector<CBuiltin>& Builtins();
 // The built-in of that name, or null.
 const CBuiltin* FindBuiltin(const std::string& name);
+const std::vector<std::string>& BuiltinNames();
+// "usage: ls [-l] [NODE]"
+std::string UsageOf(const CBuiltin& builtin);
 // Checks the number of arguments, then runs it; throws CUsageError.
 EExitStatus RunBuiltin(const CBuiltin& builtin, CShell& shell,
                        const std::vector<std::string>& arguments);

@@ -87,7 +87,7 @@ EExitStatus StopJobs(CShell& shell, const std::vector<std::string>& arguments) {
         jobs = RunningAt(shell, RootOf(shell.Current()));
     }
     if (jobs.empty()) {
-        shell.Print("no job runs there\n");
+        shell.Print(arguments.empty() ? "no job runs\n" : "no job runs there\n");
     }
     for (CJob* job : jobs) {
         if (job->Result().has_value()) {

@@ -7,14 +7,18 @@
 #include "host/shell/builtins/raw_node.h"
 #include "host/shell/builtins/raw_ranges.h"
 #include "host/shell/printable.h"
+#include "host/shell/run/run_note.h"
 #include "host/shell/shell.h"
 
 EExitStatus Export(CShell& shell, const std::vector<std::string>& arguments) {
     const CRawArguments words("export", arguments, "--force", 2, 2);
     const CRawNode node = CRawNode::At(shell, words[0]);
     CRawOutput file(words[1], words.HasOption());
-    const auto go_on = [&shell] { return !shell.IsInterrupted(); };
     std::vector<byte_t> contents(node.Size());
+    const auto go_on = [&](size_t done) {
+        CRunNote::Count(done, contents.size());
+        return !shell.IsInterrupted();
+    };
     try {
         const CDeviceUse use(shell, node.Device(), DEV_LOCK_ACCESS);
         if (!use.IsHeld() || !node.Read(0, contents, go_on)) {

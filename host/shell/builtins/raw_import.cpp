@@ -12,10 +12,11 @@
 #include "host/shell/builtins/raw_node.h"
 #include "host/shell/builtins/raw_ranges.h"
 #include "host/shell/input/question.h"
+#include "host/shell/number.h"
 #include "host/shell/printable.h"
+#include "host/shell/run/run_note.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"
-#include "host/shell/value_type.h"
 
 namespace {
 
@@ -61,8 +62,7 @@ class CImport {
         std::unique_ptr<CDeviceUse> use;
         try {
             use = std::make_unique<CDeviceUse>(m_shell, m_node.Device(), DEV_LOCK_ACCESS);
-            if (!use->IsHeld() ||
-                !m_node.Read(m_offset, m_present, [this] { return !m_shell.IsInterrupted(); })) {
+            if (!use->IsHeld() || !ReadPresent()) {
                 return AbortedEarly();
             }
         } catch (...) {
@@ -94,10 +94,23 @@ class CImport {
     }
 
   private:
+    bool ReadPresent() {
+        CRunNote::Say("reading what it holds");
+        return m_node.Read(m_offset, m_present, [this](size_t done) {
+            CRunNote::Count(done, m_present.size());
+            return !m_shell.IsInterrupted();
+        });
+    }
+
     void Write() {
+        CRunNote::Say("writing");
+        const uint64_t total = SizeOf(m_ranges);
+        uint64_t done = 0;
         auto next = m_ranges.begin();
         try {
             for (; next != m_ranges.end() && !StopsAtCtrlC(); ++next) {
+                CRunNote::Count(done, total);
+                done += next->size;
                 m_outcome.doubtful = {*next};
                 m_node.Memory().WriteRaw(next->first,
                                          BytesOf(*next, m_offset, std::span(m_wanted)));
@@ -115,7 +128,12 @@ class CImport {
     void Verify() {
         const bool late = m_aborted;
         const CRanges written = std::exchange(m_outcome.unread, {});
+        CRunNote::Say("reading back");
+        const uint64_t total = SizeOf(written);
+        uint64_t done = 0;
         for (const CRawRange& range : written) {
+            CRunNote::Count(done, total);
+            done += range.size;
             if (IsLost() || (!late && StopsAtCtrlC()) || !ReadBack(range, false)) {
                 m_outcome.unread.push_back(range);
             }
@@ -135,7 +153,7 @@ class CImport {
         std::vector<byte_t> back(range.size);
         for (unsigned int tries = 1;; ++tries) {
             try {
-                m_node.Read(range.first, back, [] { return true; });
+                m_node.Read(range.first, back, [](size_t) { return true; });
                 break;
             } catch (...) {
                 if (tries == TRIES) {

@@ -35,15 +35,13 @@ std::string CRawNode::Path() const {
 }
 
 bool CRawNode::Read(uint32_t offset, std::span<byte_t> to,
-                    const std::function<bool()>& go_on) const {
-    while (!to.empty()) {
-        if (!go_on()) {
+                    const std::function<bool(size_t)>& go_on) const {
+    for (size_t done = 0; done < to.size(); done += PIECE) {
+        if (!go_on(done)) {
             return false;
         }
-        const std::span<byte_t> piece = to.first(std::min(to.size(), PIECE));
-        m_memory.ReadRaw(offset, piece);
-        offset += static_cast<uint32_t>(piece.size());
-        to = to.subspan(piece.size());
+        m_memory.ReadRaw(offset + static_cast<uint32_t>(done),
+                         to.subspan(done, std::min(to.size() - done, PIECE)));
     }
     return true;
 }

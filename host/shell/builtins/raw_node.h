@@ -23,9 +23,10 @@ class CRawNode {
     uint32_t Size() const { return m_memory.GetRawSize(); }
     std::string Path() const;
 
-    // Reads in pieces, as long as `go_on`; false when it ended that. Throws what
-    // the device throws.
-    bool Read(uint32_t offset, std::span<byte_t> to, const std::function<bool()>& go_on) const;
+    // Reads in pieces, as long as `go_on`, which is told how many bytes are read;
+    // false when it ended that. Throws what the device throws.
+    bool Read(uint32_t offset, std::span<byte_t> to,
+              const std::function<bool(size_t)>& go_on) const;
 
   private:
     CRawNode(CDiagDevice& device, IRawMemory& memory) : m_device(device), m_memory(memory) {}

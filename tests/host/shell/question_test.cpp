@@ -27,9 +27,10 @@ TEST_F(Question, NeedsATerminalAtStandardInput) {
 
 TEST_F(Question, IsAnsweredWithYesByAYesOnly) {
     const std::vector<std::pair<std::string, EAnswer>> answers = {
-        {"y\n", EAnswer::YES}, {"Y\n", EAnswer::YES},   {"yes\n", EAnswer::YES},
-        {"n\n", EAnswer::NO},  {"\n", EAnswer::NO},     {"yy\n", EAnswer::NO},
-        {" y\n", EAnswer::NO}, {"maybe\n", EAnswer::NO}};
+        {"y\n", EAnswer::YES},   {"Y\n", EAnswer::YES},   {"yes\n", EAnswer::YES},
+        {"Yes\n", EAnswer::YES}, {"YES\n", EAnswer::YES}, {"n\n", EAnswer::NO},
+        {"\n", EAnswer::NO},     {"yy\n", EAnswer::NO},   {" y\n", EAnswer::NO},
+        {"maybe\n", EAnswer::NO}};
     for (const auto& [typed, answer] : answers) {
         const CTypedInput terminal(typed);
         EXPECT_EQ(AskAbout("sure? "), answer) << typed;

@@ -44,19 +44,19 @@ class Session : public ShellTest {
   protected:
     EExitStatus Commands(const std::vector<std::string>& commands) {
         Catch();
-        const EExitStatus status = RunCommands(m_shell, m_interrupt, commands);
+        const EExitStatus status = RunCommands(m_shell, commands);
         Caught();
         return status;
     }
     EExitStatus Script(CListReader& lines) {
         Catch();
-        const EExitStatus status = RunScript(m_shell, m_interrupt, lines, "file");
+        const EExitStatus status = RunScript(m_shell, lines, "file");
         Caught();
         return status;
     }
     EExitStatus Terminal(CListReader& lines) {
         Catch();
-        const EExitStatus status = RunTerminal(m_shell, m_interrupt, lines);
+        const EExitStatus status = RunTerminal(m_shell, lines);
         Caught();
         return status;
     }
@@ -86,6 +86,27 @@ TEST_F(Session, DoesNothingOfALineThatWasNoText) {
     EXPECT_EQ(m_calls, 0U);
 }
 
+TEST_F(Session, GoesOnAfterFailuresWhenToldToAndEndsWithTheWorst) {
+    m_shell.KeepGoing();
+    EXPECT_EQ(Commands({"/dev/fail", "nope", "/dev/add 1"}), EXIT_FAILED);
+    EXPECT_EQ(m_calls, 2U);
+    CListReader lines({{ELine::READ, "nope"},
+                       {ELine::TOO_LONG, ""},
+                       {ELine::READ, "/dev/add 1"},
+                       {ELine::READ, "/dev/fail"},
+                       {ELine::READ, "/dev/add 1"}});
+    EXPECT_EQ(Script(lines), EXIT_FAILED);
+    EXPECT_EQ(m_calls, 5U);
+    EXPECT_THAT(errors, HasSubstr("file:1: nope"));
+    EXPECT_THAT(errors, HasSubstr("file:4: /dev/fail: failed"));
+}
+
+TEST_F(Session, CtrlCEndsARunThatKeepsGoing) {
+    m_shell.KeepGoing();
+    EXPECT_EQ(Commands({"/dev/check wait", "/dev/add 1"}), EXIT_ABORTED);
+    EXPECT_EQ(m_calls, 1U);
+}
+
 TEST_F(Session, QuitEndsTheCommands) {
     EXPECT_EQ(Commands({"quit", "/dev/add 1"}), EXIT_PASSED);
     EXPECT_EQ(m_calls, 0U);
@@ -111,7 +132,7 @@ TEST_F(Session, DoesNothingOfALineThatIsTooLong) {
 TEST_F(Session, ReportsAScriptThatCannotBeRead) {
     errno = EIO;
     CListReader lines({{ELine::FAILED, ""}});
-    EXPECT_EQ(Script(lines), EXIT_USAGE);
+    EXPECT_EQ(Script(lines), EXIT_HOST);
     EXPECT_EQ(errors, "file:1: Input/output error\n");
 }
 

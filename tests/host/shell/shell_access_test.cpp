@@ -33,6 +33,15 @@ TEST_F(ShellAccess, PeeksOneElementOrARange) {
     EXPECT_EQ(printed, "  9:  09 0a\n");
 }
 
+TEST_F(ShellAccess, TakesPositionsAndValuesInAnyBase) {
+    EXPECT_EQ(Run("poke dev/memory 0b1_0000..0o21 0xA_A"), EXIT_PASSED);
+    EXPECT_THAT(m_memory->cells, testing::ElementsAre(std::pair(16, 0xAA), std::pair(17, 0xAA)));
+    EXPECT_EQ(Run("peek dev/memory 0o17..0x1_1"), EXIT_PASSED);
+    EXPECT_EQ(printed, " 0xf:  0f\n0x10:  aa aa\n");
+    EXPECT_EQ(Run("peek dev/memory 010"), EXIT_USAGE);
+    EXPECT_EQ(errors, "/dev/memory: position: \"010\" may be octal or decimal; write 0o10 or 10\n");
+}
+
 TEST_F(ShellAccess, PeeksAWholeArrayHoweverLarge) {
     EXPECT_EQ(Run("peek dev/memory"), EXIT_PASSED);
     EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 16);

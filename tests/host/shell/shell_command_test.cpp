@@ -45,8 +45,8 @@ TEST_F(ShellCommand, NamesTheArgumentThatDoesNotFit) {
     EXPECT_EQ(Run("/dev/add 1 256"), EXIT_USAGE);
     EXPECT_THAT(errors, StartsWith("/dev/add: argument b: 256 is out of range, 0 to 255 fits\n"));
     EXPECT_EQ(Run("/dev/add one"), EXIT_USAGE);
-    EXPECT_THAT(errors, StartsWith("/dev/add: argument a: \"one\" is not a number; decimal or 0x "
-                                   "hexadecimal, 0 to 65535, fits\n"));
+    EXPECT_THAT(errors, StartsWith("/dev/add: argument a: \"one\" is not a number; 0 to 65535 "
+                                   "fits (decimal, 0x, 0o or 0b)\n"));
     EXPECT_EQ(m_calls, 0U);
 }
 
@@ -105,6 +105,9 @@ TEST_F(ShellCommand, StopsATestAtCtrlC) {
     EXPECT_EQ(Run("/dev/check wait"), EXIT_ABORTED);
     EXPECT_EQ(errors, "/dev/check: aborted (ERR_ABORTED)\n");
     EXPECT_TRUE(m_interrupt.IsPending());
+    // Until it is cleared, what begins is stopped too.
+    EXPECT_EQ(Run("/dev/check pass"), EXIT_ABORTED);
+    m_interrupt.Clear();
     EXPECT_EQ(Run("/dev/check pass"), EXIT_PASSED);
 }
 
@@ -112,11 +115,12 @@ TEST_F(ShellCommand, SaysHowFarAnUnknownPathGoes) {
     EXPECT_EQ(Run("nope"), EXIT_USAGE);
     EXPECT_EQ(errors, "nope: there is no \"nope\" in /; try ls or help\n");
     EXPECT_EQ(Run("/dev/nope/more 1"), EXIT_USAGE);
-    EXPECT_EQ(errors, "/dev/nope/more: there is no \"nope\" in /dev; try ls\n");
+    EXPECT_EQ(errors, "/dev/nope/more: there is no \"nope\" in /dev; try ls /dev\n");
     EXPECT_EQ(Run("nope/more"), EXIT_USAGE);
     EXPECT_EQ(errors, "nope/more: there is no \"nope\" in /; try ls or help\n");
     EXPECT_EQ(Run("dev/../dev//add/b/c"), EXIT_USAGE);
-    EXPECT_EQ(errors, "dev/../dev//add/b/c: there is no \"c\" in /dev/add/b; try ls\n");
+    EXPECT_EQ(errors,
+              "dev/../dev//add/b/c: /dev/add/b is a parameter; there is nothing below it\n");
     EXPECT_EQ(Run("''"), EXIT_USAGE);
     EXPECT_EQ(errors, "an empty word names no node\n");
     EXPECT_EQ(Run("'\\\x1b'"), EXIT_USAGE);

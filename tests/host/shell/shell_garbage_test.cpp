@@ -46,8 +46,11 @@ TEST_F(ShellGarbage, EveryLineEndsWithAnExitStatus) {
         ASSERT_LE(status, EXIT_USAGE) << line;
         ++seen.at(status);
         if (status == EXIT_USAGE) {
-            ASSERT_EQ(m_calls, calls) << line;
             ASSERT_NE(errors, "") << line;
+            // Of several commands only the one that is wrong is not done.
+            if (line.find_first_of(";&") == std::string::npos) {
+                ASSERT_EQ(m_calls, calls) << line;
+            }
         }
     }
     // The lines are not all of one kind, or the test would show little.

@@ -127,6 +127,8 @@ TEST_F(ShellJobs, AreStoppedByNode) {
     EXPECT_THAT(Written(), HasSubstr("no job runs there\n"));
     EXPECT_EQ(Run("stop /"), EXIT_PASSED);
     EXPECT_EQ(Run("wait 1"), EXIT_ABORTED);
+    EXPECT_EQ(Run("stop"), EXIT_PASSED);
+    EXPECT_THAT(Written(), testing::EndsWith("no job runs\n"));
 }
 
 TEST_F(ShellJobs, AreStoppedWhileTheyWaitForADevice) {
@@ -180,7 +182,7 @@ TEST_F(ShellJobs, GoOnWhenCtrlCEndsAWait) {
 
 TEST_F(ShellJobs, AreNotStartedFromWrongInput) {
     for (const auto& [line, error] : std::vector<std::pair<const char*, const char*>>{
-             {"&", "& needs a command or a test before it\n"},
+             {"&", "& at column 1 needs a command before it\n"},
              {"jobs &", "jobs: & runs commands and tests, not built-ins\n"},
              {"a/say &", "/a/say: missing argument text"},
              {"a/none &", "a/none: there is no \"none\" in /a"},
@@ -210,15 +212,16 @@ TEST_F(ShellJobs, AreForgottenOnlyWhenTheyHaveEndedLongAgo) {
 }
 
 TEST_F(ShellJobs, AreStoppedAndAwaitedWhenTheRunEnds) {
-    EXPECT_EQ(RunCommands(*m_shell, m_interrupt, {"a/gated &", "b/say hello"}), EXIT_ABORTED);
+    EXPECT_EQ(RunCommands(*m_shell, {"a/gated &", "b/say hello"}), EXIT_ABORTED);
     const std::string written = Written();
-    EXPECT_THAT(written, HasSubstr("leaving: 1 job is asked to stop and awaited\n"));
+    EXPECT_THAT(written,
+                HasSubstr("leaving: 1 job is asked to stop and awaited; Ctrl-C tells how far\n"));
     EXPECT_THAT(written, HasSubstr("[1] /a/gated: aborted (ERR_ABORTED)\n"));
     EXPECT_TRUE(m_shell->Jobs().All().empty());
 }
 
 TEST_F(ShellJobs, AreAllAskedToStopBeforeOneIsAwaited) {
-    EXPECT_EQ(RunCommands(*m_shell, m_interrupt, {"a/gated &", "b/gated &"}), EXIT_ABORTED);
+    EXPECT_EQ(RunCommands(*m_shell, {"a/gated &", "b/gated &"}), EXIT_ABORTED);
     const std::string written = Written();
     const size_t stopping = written.find("[2] /b/gated: stopping\n");
     ASSERT_NE(stopping, std::string::npos) << written;
@@ -226,11 +229,10 @@ TEST_F(ShellJobs, AreAllAskedToStopBeforeOneIsAwaited) {
 }
 
 TEST_F(ShellJobs, CountInTheStatusOfARunThatPassed) {
-    EXPECT_EQ(RunCommands(*m_shell, m_interrupt, {"a/count &", "wait", "b/say hello"}),
-              EXIT_FAILED);
+    EXPECT_EQ(RunCommands(*m_shell, {"a/count &", "wait", "b/say hello"}), EXIT_FAILED);
     EXPECT_THAT(Written(), testing::Not(HasSubstr("hello")));
-    EXPECT_EQ(RunCommands(*m_shell, m_interrupt, {"a/gated &", "stop"}), EXIT_PASSED);
-    EXPECT_EQ(RunCommands(*m_shell, m_interrupt, {"b/gated &", "none"}), EXIT_USAGE);
+    EXPECT_EQ(RunCommands(*m_shell, {"a/gated &", "stop"}), EXIT_PASSED);
+    EXPECT_EQ(RunCommands(*m_shell, {"b/gated &", "none"}), EXIT_USAGE);
 }
 
 }  // namespace

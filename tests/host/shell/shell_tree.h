@@ -25,6 +25,7 @@
 
 #include "framework/diag_array.h"
 #include "framework/diag_device.h"
+#include "host/log_filter.h"
 #include "host/shell/run/interrupt.h"
 #include "host/shell/shell.h"
 #include "host/terminal.h"
@@ -68,6 +69,7 @@ class ShellTest : public testing::Test {
 
     CInterrupt m_interrupt;
     CTerminal m_terminal{stdout};
-    CTerminalLog m_log{m_terminal};
-    CShell m_shell{m_root, m_terminal, m_interrupt};
+    CLogFilter m_log_filter;
+    CTerminalLog m_log{m_terminal, m_log_filter};
+    CShell m_shell{m_root, m_terminal, m_interrupt, m_log_filter};
 };

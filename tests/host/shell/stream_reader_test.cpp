@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <memory>
 #include <string>
 
 #include "host/shell/input/line_reader.h"
-#include "host/terminal.h"
 
 namespace {
 
@@ -44,18 +42,6 @@ TEST_F(StreamReader, SkipsAByteOrderMarkAtTheBeginningOnly) {
 
 TEST_F(StreamReader, ReadsAnEmptyStream) {
     EXPECT_EQ(Read(), ELine::END);
-}
-
-TEST_F(StreamReader, WritesPromptsWhereTheyAreWanted) {
-    Feed("line\n");
-    const std::unique_ptr<std::FILE, CClose> out(std::tmpfile());
-    CTerminal terminal(out.get());
-    CStreamReader reader(m_file.get(), &terminal);
-    EXPECT_EQ(reader.Read("/dev> ", line), ELine::READ);
-    std::rewind(out.get());
-    std::array<char, 16> text{};
-    EXPECT_EQ(std::fread(text.data(), 1, text.size(), out.get()), 6U);
-    EXPECT_STREQ(text.data(), "/dev> ");
 }
 
 TEST_F(StreamReader, KeepsZeroBytes) {
