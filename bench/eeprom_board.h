@@ -46,7 +46,8 @@ class CEepromBoard {
     const CTempFolder m_folder;
     const std::unique_ptr<std::FILE, CFileCloser> m_nowhere{std::fopen("/dev/null", "we")};
     CTerminal m_terminal{m_nowhere.get(), m_nowhere.get()};
-    CTerminalLog m_log{m_terminal};
+    CLogFilter m_log_filter;
+    CTerminalLog m_log{m_terminal, m_log_filter};
     const CLogSinkScope m_sink{m_log};
     CBenchBus m_bus{"i2c-0", "simulated bus", BUS_HZ};
     CBoardEeprom* m_eeprom;  // a child
