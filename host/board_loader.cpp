@@ -10,8 +10,8 @@
 std::string DefaultBoard() {
     std::error_code error;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-    const std::filesystem::path prefix = program.parent_path().parent_path();
-    return (prefix / "lib" / "libmorva-board.so").string();
+    const std::filesystem::path folder = program.parent_path() / MORVA_LIBRARIES_FROM_PROGRAM;
+    return (folder / "libmorva-board.so").lexically_normal().string();
 }
 
 std::unique_ptr<CDiagMenu> LoadBoard(const std::string& file,

@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cerrno>
-#include <cinttypes>
+#include <charconv>
 #include <cstdio>
 #include <system_error>
 
@@ -19,14 +19,15 @@ constexpr std::array<const char*, MSG_SKIPPED + 1> RES_CODE_TEXTS = {
 }  // namespace
 
 std::string NumberText(uint64_t value, unsigned int width, uint8_t format) {
-    std::array<char, 24> text{};
-    if ((format & VF_HEX) == 0) {
-        std::snprintf(text.data(), text.size(), "%" PRIu64, value);
-    } else {
-        const int digits = (format & VF_PAD) != 0 ? static_cast<int>(2 * width) : 1;
-        std::snprintf(text.data(), text.size(), "0x%0*" PRIx64, digits, value);
-    }
-    return text.data();
+    const bool hex = (format & VF_HEX) != 0;
+    std::array<char, 24> digits{};
+    const char* end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), value, hex ? 16 : 10).ptr;
+    const auto length = static_cast<size_t>(end - digits.data());
+    const size_t least = hex && (format & VF_PAD) != 0 ? size_t{2} * width : 1;
+    std::string text = hex ? "0x" : "";
+    text.append(length < least ? least - length : 0, '0');
+    return text.append(digits.data(), length);
 }
 
 std::string toString(uint8_t value, uint8_t format) {

@@ -5,16 +5,16 @@ Runs with the paths of diagsh and of the default board's blob in DIAGSH and DTB.
 """
 
 import os
-import pathlib
 import signal
 import subprocess
-import tempfile
+import sys
 import unittest
 
 import pexpect
 
-DIAGSH = os.environ["DIAGSH"]
-DTB = os.environ["DTB"]
+sys.dont_write_bytecode = True
+
+from diagsh_process import OnQuillbank  # noqa: E402
 
 READ_16 = "/i2c-0/trans rd 0x50 2 0 0 16"
 REFUSED = "/i2c-0/trans rd 0x50 3 0 0 0"
@@ -26,22 +26,7 @@ def hex_row(data):
         f" {byte:2x}" for byte in data[8:]) + " \n"
 
 
-class Diagsh(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.state = pathlib.Path(folder.name) / "state"
-        self.eeprom = self.state / "i2c-0" / "0x50.bin"
-
-    def words(self, *arguments):
-        return [DIAGSH, "--sim", DTB, "--state", str(self.state), *arguments]
-
-    def run_diagsh(self, *arguments, stdin=b""):
-        done = subprocess.run(self.words(*arguments), input=stdin, capture_output=True, timeout=60)
-        return done.returncode, done.stdout.decode(), done.stderr.decode(errors="replace")
-
-
-class CommandLine(Diagsh):
+class CommandLine(OnQuillbank):
     def test_probe_lists_the_addresses(self):
         status, out, err = self.run_diagsh("-c", "/i2c-0/probe")
         self.assertEqual((status, err), (0, ""))
@@ -97,9 +82,9 @@ class CommandLine(Diagsh):
         self.assertIn("no acknowledge", debug)
 
 
-class Scripts(Diagsh):
+class Scripts(OnQuillbank):
     def script(self, text):
-        path = self.state.parent / "script.txt"
+        path = self.folder / "script.txt"
         path.write_bytes(text)
         return str(path)
 
@@ -129,7 +114,7 @@ class Scripts(Diagsh):
             self.assertIn("stdin:1: ", err)
 
 
-class Plumbing(Diagsh):
+class Plumbing(OnQuillbank):
     def test_lost_output_is_an_error(self):
         with open("/dev/full", "wb") as full:
             done = subprocess.run(self.words("-c", "ls", "-c", "/i2c-0/chk-dev 1"), stdout=full,
@@ -164,31 +149,7 @@ class Plumbing(Diagsh):
         self.assertRegex(err, rb"^stdin:[12]: aborted\n$")
 
 
-class Terminal(Diagsh):
-    def spawn(self):
-        # What is typed before the shell has taken the terminal is echoed as it
-        # stands, be it text or not.
-        child = pexpect.spawn(DIAGSH, self.words()[1:], encoding="utf-8", codec_errors="replace",
-                              timeout=20, dimensions=(24, 120),
-                              env={**os.environ, "TERM": "xterm"})
-        self.addCleanup(child.close, force=True)
-        child.expect("/> ")
-        return child
-
-    def quit(self, child):
-        child.sendline("quit")
-        child.expect(pexpect.EOF)
-        child.close()
-        self.assertEqual((child.exitstatus, child.signalstatus), (0, None))
-
-    def wait_until_idle(self, child):
-        """Waits until diagsh sleeps, so that it waits for a key."""
-        stat = pathlib.Path(f"/proc/{child.pid}/stat")
-        for _ in range(10_000):
-            if stat.read_text().rsplit(")", 1)[1].split()[0] == "S":
-                return
-        self.fail("diagsh does not come to rest")
-
+class Terminal(OnQuillbank):
     def test_walks_probes_reads_and_quits(self):
         child = self.spawn()
         child.sendline("cd i2c-0")
@@ -250,10 +211,7 @@ class Terminal(Diagsh):
         self.quit(child)
 
     def test_a_transcript_can_go_through_a_pipe(self):
-        child = pexpect.spawn("/bin/sh", ["-c", " ".join(f"'{w}'" for w in self.words()) + " | cat"],
-                              encoding="utf-8", timeout=20)
-        self.addCleanup(child.close, force=True)
-        child.expect("/> ")
+        child = self.spawn_through_pipe()
         child.sendline("/i2c-0/chk-dev 1")
         child.expect("failed")
         child.sendline("help quit")
@@ -264,9 +222,7 @@ class Terminal(Diagsh):
     def test_ctrl_d_leaves(self):
         child = self.spawn()
         child.sendeof()
-        child.expect(pexpect.EOF)
-        child.close()
-        self.assertEqual((child.exitstatus, child.signalstatus), (0, None))
+        self.expect_end(child)
 
     def test_utf8_and_long_lines_do_no_harm(self):
         child = self.spawn()

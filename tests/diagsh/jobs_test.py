@@ -4,42 +4,21 @@ waits for devices and progress, from scripts and at a real terminal.
 Runs with the paths of diagsh and of the slow board in DIAGSH and BOARD.
 """
 
-import os
-import pathlib
 import signal
 import subprocess
-import tempfile
+import sys
 import unittest
 
 import pexpect
 
-DIAGSH = os.environ["DIAGSH"]
-BOARD = os.environ["BOARD"]
+sys.dont_write_bytecode = True
+
+from diagsh_process import OnSlowBoard  # noqa: E402
 
 
-class SlowBoard(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-        # What a test waits for, and a file that is there already.
-        self.go = self.folder / "go"
-        self.now = self.folder / "now"
-        self.now.touch()
-
-    def words(self, *arguments):
-        return [DIAGSH, "--board", BOARD, *arguments]
-
-    def run_diagsh(self, *commands):
-        arguments = [word for command in commands for word in ("-c", command)]
-        done = subprocess.run(self.words(*arguments), stdin=subprocess.DEVNULL,
-                              capture_output=True, timeout=60)
-        return done.returncode, done.stdout.decode(), done.stderr.decode()
-
-
-class CommandLine(SlowBoard):
+class CommandLine(OnSlowBoard):
     def test_a_job_is_awaited_and_its_lines_have_its_number(self):
-        status, out, err = self.run_diagsh(f"a/until {self.now} &", "wait")
+        status, out, err = self.run_commands(f"a/until {self.now} &", "wait")
         self.assertEqual((status, err), (0, ""))
         self.assertEqual(out.splitlines(), [
             f"[1] /a/until {self.now}: started",
@@ -48,19 +27,19 @@ class CommandLine(SlowBoard):
 
     def test_jobs_of_two_devices_run_at_once(self):
         # Each ends only once the other has run.
-        status, out, err = self.run_diagsh(
+        status, out, err = self.run_commands(
             f"a/until {self.go} &", f"b/until {self.now}", "stop 1", "wait 1")
         self.assertEqual((status, err), (3, f"[1] /a/until {self.go}: aborted (ERR_ABORTED)\n"))
         self.assertIn("until: passed\n", out)
         self.assertIn(f"[1] /a/until {self.go}: stopping\n", out)
 
     def test_wait_gives_the_worst_result(self):
-        status, _, err = self.run_diagsh(
+        status, _, err = self.run_commands(
             f"a/until {self.now} &", f"b/fail-at {self.now} &", "wait")
         self.assertEqual((status, err), (1, f"[2] /b/fail-at {self.now}: failed (ERR_FAIL)\n"))
 
     def test_jobs_shows_what_became_of_them(self):
-        status, out, _ = self.run_diagsh(
+        status, out, _ = self.run_commands(
             f"a/until {self.now} &", "wait", f"a/until {self.go} &", "stop 2", "jobs")
         self.assertEqual(status, 0)
         self.assertRegex(out, rf"\[1\] /a/until {self.now}: passed, 0:00:0\d\n")
@@ -68,14 +47,14 @@ class CommandLine(SlowBoard):
                               r"0:00:0\d\n")
 
     def test_leaving_stops_what_runs(self):
-        status, out, err = self.run_diagsh(f"a/until {self.go} &")
+        status, out, err = self.run_commands(f"a/until {self.go} &")
         self.assertEqual(status, 3)
-        self.assertIn("leaving: 1 job is asked to stop and awaited\n", out)
+        self.assertIn("leaving: 1 job is asked to stop and awaited; Ctrl-C tells how far\n", out)
         self.assertIn(f"[1] /a/until {self.go}: stopping\n", out)
         self.assertEqual(err, f"[1] /a/until {self.go}: aborted (ERR_ABORTED)\n")
 
     def test_a_job_that_was_stopped_on_purpose_is_no_failure(self):
-        status, _, _ = self.run_diagsh(f"a/until {self.go} &", "stop")
+        status, _, _ = self.run_commands(f"a/until {self.go} &", "stop")
         self.assertEqual(status, 0)
 
     def test_a_failed_job_counts_in_the_end(self):
@@ -145,8 +124,8 @@ class CommandLine(SlowBoard):
                                ("stop 99999999999999", "there is no job 99999999999999; jobs lists them"),
                                ("stop c", "c: there is no \"c\" in /; try ls or help"),
                                ("a &", "/a is a device; cd /a goes there, ls /a lists it")):
-            self.assertEqual(self.run_diagsh(command), (2, "", error + "\n"), command)
-        status, out, err = self.run_diagsh("a/say &")
+            self.assertEqual(self.run_commands(command), (2, "", error + "\n"), command)
+        status, out, err = self.run_commands("a/say &")
         self.assertEqual((status, out), (2, ""))
         self.assertIn("missing argument text", err)
 
@@ -178,20 +157,7 @@ class CommandLine(SlowBoard):
         self.assertTrue(err.startswith("stdin:2: /a/say: aborted (ERR_ABORTED)\n"), err)
 
 
-class Terminal(SlowBoard):
-    def spawn(self, *arguments, columns=120):
-        child = pexpect.spawn(DIAGSH, self.words(*arguments)[1:], encoding="utf-8", timeout=20,
-                              dimensions=(24, columns), env={**os.environ, "TERM": "xterm"})
-        self.addCleanup(child.close, force=True)
-        child.expect("/> ")
-        return child
-
-    def quit(self, child):
-        child.sendline("quit")
-        child.expect(pexpect.EOF)
-        child.close()
-        self.assertEqual((child.exitstatus, child.signalstatus), (0, None))
-
+class Terminal(OnSlowBoard):
     def test_a_jobs_lines_come_above_the_line_that_is_typed(self):
         child = self.spawn()
         child.sendline(f"a/until {self.go} &")
@@ -297,18 +263,13 @@ class Terminal(SlowBoard):
         child.sendline(f"a/until {self.go} &")
         child.expect(r"\[1\] a works\r\n")
         child.sendeof()
-        child.expect("\r\nleaving: 1 job is asked to stop and awaited\r\n")
+        child.expect("\r\nleaving: 1 job is asked to stop and awaited; Ctrl-C tells how far\r\n")
         child.expect(r"\[1\] a cleans up\r\n")
         child.expect(r"\[1\] /a/until [^ ]*: aborted \(ERR_ABORTED\)\r\n")
-        child.expect(pexpect.EOF)
-        child.close()
-        self.assertEqual((child.exitstatus, child.signalstatus), (0, None))
+        self.expect_end(child)
 
     def test_a_transcript_through_a_pipe_keeps_lines_whole(self):
-        child = pexpect.spawn("/bin/sh", ["-c", " ".join(f"'{w}'" for w in self.words()) + " | cat"],
-                              encoding="utf-8", timeout=20)
-        self.addCleanup(child.close, force=True)
-        child.expect("/> ")
+        child = self.spawn_through_pipe()
         child.sendline(f"a/until {self.go} &")
         child.expect(r"\[1\] a works\r\n")
         self.go.touch()
