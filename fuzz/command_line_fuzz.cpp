@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "fuzz/require.h"
+#include "fuzz/fuzz_target.h"
 #include "host/shell/input/command_line.h"
 #include "host/shell/input/word_at_cursor.h"
 #include "host/shell/usage_error.h"

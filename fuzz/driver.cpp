@@ -20,8 +20,8 @@
 #include <optional>
 #include <stdexcept>
 
+#include "fuzz/fuzz_target.h"
 #include "fuzz/mutator.h"
-#include "fuzz/require.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #include <sanitizer/common_interface_defs.h>
@@ -72,7 +72,8 @@ void LeaveInputAtTheEnd() {
 #endif
 }
 
-void RunOne(const std::string& input) {
+// What it throws ends the program too.
+void RunOne(const std::string& input) noexcept {
     // A copy of just its size, so that a sanitizer sees a read beyond its end.
     const std::vector<uint8_t> bytes(input.begin(), input.end());
     g_input = input;

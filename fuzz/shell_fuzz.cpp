@@ -15,7 +15,7 @@
 #include "framework/diag_param.h"
 #include "framework/diag_test.h"
 #include "framework/diag_value.h"
-#include "fuzz/require.h"
+#include "fuzz/fuzz_target.h"
 #include "host/diag_log.h"
 #include "host/log_filter.h"
 #include "host/shell/input/command_line.h"

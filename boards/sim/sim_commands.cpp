@@ -83,7 +83,8 @@ CSimFailNthCmd::CSimFailNthCmd(const std::string& name, const std::string& descr
     : CSimFaultCmd(name, description) {
     AddChild(new CDiagParam(VT_UINT32, "n", "which transfer from now on, 1 for the next", PT_IN),
              NO_SORT);
-    AddChild(new CDiagParam(VT_STRING, "fault", R"("arbitration" (lost, the default) or "nack")",
+    AddChild(new CDiagParam(VT_STRING, "fault",
+                            "how it fails (arbitration/nack), without it arbitration is lost",
                             PT_IN | PT_OPTIONAL),
              NO_SORT);
 }

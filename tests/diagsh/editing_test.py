@@ -76,6 +76,13 @@ class Typing(Editing):
         self.expect_next_prompt(child, "Leave the shell")
         self.quit(child)
 
+    def test_with_the_keys_beside_the_letters(self):
+        child = self.spawn()
+        home, end, delete, page_up, word_left = "\x1b[H", "\x1b[F", "\x1b[3~", "\x1b[5~", "\x1b[1;5D"
+        child.send("xecho one" + home + delete + end + page_up + " three" + word_left + "two \r")
+        self.expect_next_prompt(child, "\r\none two three\r\n")
+        self.quit(child)
+
     def test_ctrl_d_deletes_in_a_line_and_leaves_at_an_empty_one(self):
         child = self.spawn()
         child.send("help qxuit" + LEFT * 4 + CTRL_D + "\r")

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <limits>
 
+#include "host/shell/builtins/nesting.h"
 #include "host/shell/duration_text.h"
 #include "host/shell/number.h"
 #include "host/shell/run/run_note.h"
@@ -79,6 +80,7 @@ EExitStatus Repeat(CShell& shell, const std::vector<std::string>& arguments) {
                                                "until-fail or 0 to " + std::to_string(MOST_RUNS));
     const std::vector<std::string> words(arguments.begin() + 1, arguments.end());
 
+    const CNesting nesting("repeat");
     CTally tally;
     EExitStatus worst = EXIT_PASSED;
     while (tally.runs < count && !shell.IsInterrupted() && !shell.HasQuit() &&

@@ -3,40 +3,16 @@
 #include <cerrno>
 #include <system_error>
 
+#include "host/shell/builtins/nesting.h"
 #include "host/shell/input/line_reader.h"
 #include "host/shell/printable.h"
 #include "host/shell/script.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"
 
-namespace {
-
-// How deep scripts may run scripts: one that runs itself shall end with an error.
-constexpr unsigned int DEEPEST = 16;
-
-class CDepth {
-  public:
-    CDepth() { ++s_depth; }
-    ~CDepth() { --s_depth; }
-    CDepth(const CDepth&) = delete;
-    CDepth& operator=(const CDepth&) = delete;
-
-    static unsigned int Now() { return s_depth; }
-
-  private:
-    // Of the thread that runs the shell's lines; jobs run no scripts.
-    inline static thread_local unsigned int s_depth = 0;
-};
-
-}  // namespace
-
 EExitStatus Source(CShell& shell, const std::vector<std::string>& arguments) {
     const std::string& name = arguments.front();
-    const CDepth depth;
-    if (CDepth::Now() > DEEPEST) {
-        throw CUsageError("source: " + Printable(name) + ": scripts run scripts only " +
-                          std::to_string(DEEPEST) + " deep");
-    }
+    const CNesting nesting("source: " + Printable(name));
     const CScriptFile file = OpenScript(name);
     if (file == nullptr) {
         throw CUsageError("source: " + Printable(name) + ": " +

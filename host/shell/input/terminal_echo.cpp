@@ -77,13 +77,21 @@ extern "C" void OnResize(int) {
 struct CHandler {
     int signal;
     void (*handler)(int);
+    bool installed = false;
 };
-constexpr std::array<CHandler, 4> HANDLERS = {{
+std::array<CHandler, 4> g_handlers = {{
     {SIGTSTP, OnStopOrQuit},
     {SIGQUIT, OnStopOrQuit},
     {SIGCONT, OnContinue},
     {SIGWINCH, OnResize},
 }};
+
+// Whoever started the program may want it not to be stopped.
+bool IsIgnored(int signal) {
+    struct sigaction action {};
+    ::sigaction(signal, nullptr, &action);
+    return action.sa_handler == SIG_IGN;
+}
 
 }  // namespace
 
@@ -100,14 +108,19 @@ CTerminalEcho::CTerminalEcho() {
     g_quiet.c_cc[VMIN] = 1;
     g_quiet.c_cc[VTIME] = 0;
     Want(g_quiet, TCSADRAIN);
-    for (const CHandler& handler : HANDLERS) {
-        Install(handler.signal, handler.handler);
+    for (CHandler& handler : g_handlers) {
+        handler.installed = !IsIgnored(handler.signal);
+        if (handler.installed) {
+            Install(handler.signal, handler.handler);
+        }
     }
 }
 
 CTerminalEcho::~CTerminalEcho() {
-    for (const CHandler& handler : HANDLERS) {
-        Install(handler.signal, SIG_DFL);
+    for (const CHandler& handler : g_handlers) {
+        if (handler.installed) {
+            Install(handler.signal, SIG_DFL);
+        }
     }
     // Draining keeps what was typed ahead, for whoever reads next.
     Want(g_found, TCSADRAIN);

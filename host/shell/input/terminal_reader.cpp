@@ -1,15 +1,14 @@
 #include <histedit.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <optional>
-#include <system_error>
+#include <stdexcept>
+#include <utility>
 
 #include "host/shell/input/candidates.h"
 #include "host/shell/input/completion.h"
+#include "host/shell/input/event.h"
 #include "host/shell/input/history.h"
 #include "host/shell/input/history_search.h"
 #include "host/shell/input/keyboard.h"
@@ -30,28 +29,32 @@ struct CEditLineEnd {
     }
 };
 
-// An event that other threads set and the reader waits for.
-class CEvent {
-  public:
-    CEvent() : m_fd(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-        if (m_fd < 0) {
-            throw std::system_error(errno, std::generic_category(), "eventfd");
-        }
-    }
-    ~CEvent() { ::close(m_fd); }
-    CEvent(const CEvent&) = delete;
-    CEvent& operator=(const CEvent&) = delete;
-
-    void Set() const { ::eventfd_write(m_fd, 1); }
-    void Clear() const {
-        eventfd_t count = 0;
-        ::eventfd_read(m_fd, &count);
-    }
-    int Descriptor() const { return m_fd; }
-
-  private:
-    const int m_fd;
+// Keys for commands of the library's own, beside those that it binds itself.
+struct CBinding {
+    const char* key;
+    const char* command;
 };
+constexpr std::array<CBinding, 16> BINDINGS = {{
+    {"^R", "em-inc-search-prev"},
+    // The library takes it for each special key that the terminal does not have.
+    {"^@", "em-set-mark"},
+    // What terminals send differs, and not all say so in their description.
+    {"\\e[H", "ed-move-to-beg"},
+    {"\\eOH", "ed-move-to-beg"},
+    {"\\e[1~", "ed-move-to-beg"},
+    {"\\e[7~", "ed-move-to-beg"},
+    {"\\e[F", "ed-move-to-end"},
+    {"\\eOF", "ed-move-to-end"},
+    {"\\e[4~", "ed-move-to-end"},
+    {"\\e[8~", "ed-move-to-end"},
+    {"\\e[3~", "ed-delete-next-char"},
+    {"\\e[1;5C", "em-next-word"},
+    {"\\e[1;5D", "ed-prev-word"},
+    // Insert and the page keys would leave a ~ in the line.
+    {"\\e[2~", "ed-ignore"},
+    {"\\e[5~", "ed-ignore"},
+    {"\\e[6~", "ed-ignore"},
+}};
 
 class CTerminalReader : public ILineReader {
   public:
@@ -62,6 +65,9 @@ class CTerminalReader : public ILineReader {
           m_search(history),
           m_edit(::el_init("diagsh", stdin, stdout, stderr)) {
         EditLine* edit = m_edit.get();
+        if (edit == nullptr) {
+            throw std::runtime_error("this terminal cannot be used to edit lines");
+        }
         ::el_set(edit, EL_CLIENTDATA, this);
         // Between two lines the library is to leave the terminal as it is.
         ::el_set(edit, EL_SETTY, "-x", "-echo", "-icanon", "-iexten", nullptr);
@@ -72,9 +78,9 @@ class CTerminalReader : public ILineReader {
         Bind(L"complete-word", &CompleteWord, {"\t"});
         Bind(L"older-line", &OlderLine, {"^P", "\\e[A", "\\eOA"});
         Bind(L"newer-line", &NewerLine, {"^N", "\\e[B", "\\eOB"});
-        ::el_set(edit, EL_BIND, "^R", "em-inc-search-prev", nullptr);
-        // The library takes it for each special key that the terminal does not have.
-        ::el_set(edit, EL_BIND, "^@", "em-set-mark", nullptr);
+        for (const CBinding& binding : BINDINGS) {
+            ::el_set(edit, EL_BIND, binding.key, binding.command, nullptr);
+        }
         m_keyboard.Watch(m_text.Descriptor(), [this] { LetTextThrough(); });
         m_keyboard.Watch(m_echo.Descriptor(), [this] { FollowScreen(); });
     }

@@ -67,10 +67,15 @@ void CRunWatch::LookOnAndOn() {
 
 void CRunWatch::Look(uint64_t now) {
     const std::lock_guard<std::mutex> guard(m_lock);
+    bool waits_told = false;  // of the foreground, which may be several runs in one another
     for (CEntry& entry : m_running) {
-        LookAtWait(entry, now);
-        if (entry.progress.has_value()) {
-            entry.progress->Look(now);
+        if (!entry.progress.has_value()) {
+            LookAtWait(entry, now);
+            continue;
+        }
+        entry.progress->Look(now);
+        if (!std::exchange(waits_told, true)) {
+            LookAtWait(entry, now);
         }
     }
     ShowForeground(now);

@@ -17,8 +17,8 @@ constexpr char ERASED[] = "\r\x1b[K";
 // What Ctrl-C says of what runs in the foreground, without a screen or on one.
 class ForegroundStop : public JobBoard {
   protected:
-    // Calls `then` while the node runs in the foreground of a watch of its own,
-    // with what stops it, and lets it end.
+    // Calls `then`, which stops it, while the node runs in the foreground of a
+    // watch of its own, and awaits its end.
     template <class Then>
     EResCode While(CDiagObj& node, CGate& works, CGate& gate, Then then) {
         CNodeRun run(node, {}, "");
@@ -38,7 +38,9 @@ class ForegroundStop : public JobBoard {
         works.Await();
         Written();
         then(*m_stop);
-        gate.Open();
+        if (run.Test() == nullptr) {
+            gate.Open();  // a test ends because it was stopped
+        }
         said.Open();
         thread.join();
         return code;

@@ -56,6 +56,17 @@ TEST_F(Repeat, RepeatsBuiltInsAndItself) {
     EXPECT_EQ(m_calls, 6U);
 }
 
+TEST_F(Repeat, NestsOnlySoDeep) {
+    std::string line;
+    for (int i = 0; i < 16; ++i) {
+        line += "repeat 1 ";
+    }
+    EXPECT_EQ(Run(line + "/dev/add 1"), EXIT_PASSED);
+    EXPECT_EQ(Run(line + "repeat 1 /dev/add 1"), EXIT_USAGE);
+    EXPECT_EQ(errors, "repeat: source and repeat nest only 16 deep\n");
+    EXPECT_EQ(m_calls, 1U);
+}
+
 TEST_F(Repeat, NamesWhatItCounts) {
     EXPECT_EQ(Run("repeat often /dev/add 1"), EXIT_USAGE);
     EXPECT_THAT(errors, HasSubstr("until-fail or 0 to 4294967295"));

@@ -9,6 +9,7 @@
 #include "host/device_lock.h"
 #include "host/terminal.h"
 #include "tests/host/shell/text_file.h"
+#include "tests/support/gate.h"
 
 namespace {
 
@@ -90,6 +91,7 @@ class RunWatch : public testing::Test {
 
     std::string Written() { return m_file.Written(); }
 
+    const std::thread::id m_main = std::this_thread::get_id();
     CTextFile m_file;
     CTerminal m_terminal{m_file.Get(), m_file.Get()};
     CDiagMenu m_root{TMENU, "board", ""};
@@ -114,6 +116,27 @@ TEST_F(RunWatch, TellsWhichJobWaits) {
     m_watch.Look(0);
     m_watch.Look(SOON);
     EXPECT_EQ(Written(), "[12] waiting for /dev, held by /board/holder\n");
+}
+
+TEST_F(RunWatch, TellsAWaitOfRunsInOneAnotherOnce) {
+    const CRunWatch::CRunning outer(m_watch, "repeat 3 /dev/read", "repeat", nullptr);
+    const CRunWatch::CRunning inner(m_watch, "/dev/read", "read", nullptr);
+    const CHoldingRun holder(m_watch, 3, *m_device);
+    CGate looked;
+    std::thread looker([&] {
+        while (!m_watch.WaitOf(m_main).has_value()) {
+            std::this_thread::yield();
+        }
+        m_watch.Look(0);
+        m_watch.Look(SOON);
+        looked.Open();
+        CDeviceHold::WakeWaiting();
+    });
+    const auto hold =
+        CDeviceHold::Acquire({{m_device, DEV_LOCK_ACCESS}}, [&] { return looked.IsOpen(); });
+    looker.join();
+    EXPECT_EQ(hold, nullptr);
+    EXPECT_EQ(Written(), "waiting for /dev, held by /board/holder (job 3)\n");
 }
 
 TEST_F(RunWatch, TellsNothingOfAShortWait) {

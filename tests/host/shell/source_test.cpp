@@ -48,8 +48,8 @@ TEST_F(Source, RefusesAScriptThatRunsItselfForEver) {
     const std::string path = Script("a", "");
     Script("a", "/dev/add 1\nsource " + path + "\n");
     EXPECT_EQ(Run("source " + path), EXIT_USAGE);
-    EXPECT_THAT(errors,
-                HasSubstr(path + ":2: source: " + path + ": scripts run scripts only 16 deep\n"));
+    EXPECT_THAT(errors, HasSubstr(path + ":2: source: " + path +
+                                  ": source and repeat nest only 16 deep\n"));
     EXPECT_EQ(m_calls, 16U);
     EXPECT_EQ(Run("/dev/add 1"), EXIT_PASSED);
     EXPECT_EQ(Run("source " + Script("b", "/dev/add 1\n")), EXIT_PASSED);

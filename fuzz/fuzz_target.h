@@ -1,4 +1,4 @@
-// What a fuzz target says of its input.
+// What every fuzz target is made of.
 #pragma once
 
 #include <cstddef>
