@@ -69,7 +69,7 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
         ->type_name("TYPE=LEVEL")
         ->allow_extra_args(false);
     auto* log_file = app.add_option("--log-file", options.log_file,
-                                    "Append everything that is printed and logged to FILE")
+                                    "Append all that commands and tests print and log to FILE")
                          ->type_name("FILE")
                          ->take_last();
     app.add_option("--board", options.board, "The board to load, a shared object")

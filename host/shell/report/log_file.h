@@ -1,5 +1,5 @@
-// The log file: all that is printed and logged, whatever the terminal shows of it,
-// with what the shell does between. A line each:
+// The log file: all that commands and tests print and log, whatever the terminal
+// shows of it, with what the shell does between. A line each:
 //
 //   2026-11-21T12:30:05.123+01:00 hw-debug:10 1 /i2c-0 write to 0x50
 //

@@ -52,6 +52,10 @@ TEST_F(ShellGarbage, EveryLineEndsWithAnExitStatus) {
                 ASSERT_EQ(m_calls, calls) << line;
             }
         }
+        if (line.find('&') != std::string::npos) {
+            // What it left in the background shall not call later.
+            Run("wait");
+        }
     }
     // The lines are not all of one kind, or the test would show little.
     EXPECT_GT(seen[EXIT_PASSED], 100U);
