@@ -47,7 +47,7 @@ class Process(unittest.TestCase):
         # What is typed before the shell has taken the terminal is echoed as it
         # stands, be it text or not.
         child = pexpect.spawn(words[0], list(words[1:]), encoding="utf-8",
-                              codec_errors="replace", timeout=20, dimensions=(24, columns),
+                              codec_errors="replace", timeout=60, dimensions=(24, columns),
                               env=self.environment)
         self.addCleanup(child.close, force=True)
         child.expect_exact(prompt)

@@ -5,6 +5,7 @@ Runs with the paths of diagsh and of the default board's blob in DIAGSH and DTB.
 
 import os
 import pathlib
+import re
 import resource
 import signal
 import subprocess
@@ -75,6 +76,16 @@ class Filter(Log):
 
 
 class File(Log):
+    def test_holds_what_built_ins_print_and_nodes_answer(self):
+        self.run_diagsh("--keep-going", "--log-file", str(self.file), "-c", "pwd", "-c", "nope",
+                        "-c", "peek /i2c-0/mfg-eeprom/memory 0")
+        lines = [re.sub(r", [0-9.]+ [um]?s$", ", TIME", line) for line in self.logged()
+                 if line.startswith("shell ")]
+        self.assertEqual(lines[:3], ["shell - - pwd", "shell - - /", "shell - - pwd: passed, TIME"])
+        self.assertRegex(lines[3], '^shell - - nope: there is no "nope" in /')
+        self.assertEqual(lines[4], "shell - - nope: usage, TIME")
+        self.assertEqual(lines[6], "shell - - memory[0x0] = 0x01")
+
     def test_takes_what_the_terminal_does_not_show(self):
         status, out, err = self.run_diagsh(
             "--log-file", str(self.file), "--log", "all=off", "-c", DUMP)

@@ -6,18 +6,15 @@ in DIAGSH, DTB and BOARD.
 """
 
 import os
-import pathlib
 import re
 import signal
 import subprocess
-import tempfile
+import sys
 import unittest
 
-import pexpect
+sys.dont_write_bytecode = True
 
-DIAGSH = os.environ["DIAGSH"]
-DTB = os.environ["DTB"]
-BOARD = os.environ["BOARD"]
+from diagsh_process import DIAGSH, Process  # noqa: E402
 
 EEPROM = "/i2c-0/mfg-eeprom"
 # Long enough to be met in its middle, once writing has begun.
@@ -27,19 +24,18 @@ CTRL_C = "\x03"
 MANY = 50
 
 
-class Running(unittest.TestCase):
+class Running(Process):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+        super().setUp()
         # What a test of the slow board waits for.
         self.go = self.folder / "go"
 
     def slow(self, *arguments):
-        return [DIAGSH, "--board", BOARD, *arguments]
+        return [DIAGSH, "--board", os.environ["BOARD"], *arguments]
 
     def simulated(self, *arguments):
-        return [DIAGSH, "--sim", DTB, "--state", str(self.folder / "state"), *arguments]
+        return [DIAGSH, "--sim", os.environ["DTB"], "--state", str(self.folder / "state"),
+                *arguments]
 
     def memories(self):
         """The contents of all chips that the simulated board keeps."""
@@ -55,12 +51,7 @@ class Running(unittest.TestCase):
         return made
 
     def spawn(self, words, columns=160):
-        environment = {**os.environ, "TERM": "xterm", "NO_COLOR": "1"}
-        child = pexpect.spawn(words[0], words[1:], encoding="utf-8", timeout=60,
-                              dimensions=(24, columns), env=environment)
-        self.addCleanup(child.close, force=True)
-        child.expect("/> ")
-        return child
+        return self.spawn_words(*words, columns=columns)
 
     def paced(self, percent):
         child = self.spawn(self.simulated())
@@ -68,15 +59,6 @@ class Running(unittest.TestCase):
         child.expect("i2c-1: pace")
         child.expect("/> ")
         return child
-
-    def ends_with(self, child, status):
-        child.expect(pexpect.EOF)
-        child.close()
-        self.assertEqual((child.exitstatus, child.signalstatus), (status, None))
-
-    def quit(self, child):
-        child.sendline("quit")
-        self.ends_with(child, 0)
 
 
 class Progress(Running):
@@ -109,11 +91,9 @@ class Progress(Running):
         self.quit(child)
 
     def test_a_test_that_was_suspended_goes_on_and_shows_its_bar_again(self):
-        shell = pexpect.spawn("/bin/bash", ["--norc", "--noprofile", "-i"], encoding="utf-8",
-                              timeout=60, dimensions=(24, 160),
-                              env={**os.environ, "TERM": "xterm", "PS1": "bash: "})
-        self.addCleanup(shell.close, force=True)
-        shell.expect("bash: ")
+        self.environment["PS1"] = "bash: "
+        shell = self.spawn_words("/bin/bash", "--norc", "--noprofile", "-i", columns=160,
+                                 prompt="bash: ")
         shell.sendline(" ".join(f"'{word}'" for word in self.slow()))
         shell.expect("/> ")
         shell.sendline(f"a/until {self.go} 50")
@@ -211,7 +191,7 @@ class Interrupt(Running):
         child.expect(rf"\[1\] /a/fail-at {self.go}: stopping, 0:00:0\d\r\n")
         self.go.touch()
         child.expect(rf"\[1\] /a/fail-at {self.go}: failed")
-        self.ends_with(child, 0)
+        self.expect_end(child, 0)
 
     def test_a_command_that_cannot_be_stopped_says_so(self):
         child = self.spawn(self.slow())
@@ -244,7 +224,7 @@ class Interrupt(Running):
         child.kill(signal.SIGTERM)
         child.expect(r"rw-test: stopping, ")
         child.expect("EEPROM 0x0000 to 0x1fff holds what it held before the test")
-        self.ends_with(child, 3)
+        self.expect_end(child, 3)
         self.assertEqual(self.memories(), before)
 
 

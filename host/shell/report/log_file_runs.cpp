@@ -11,6 +11,23 @@ std::string Named(const CRunRecord& record) {
     return (record.origin.empty() ? "" : record.origin + ": ") + record.command;
 }
 
+// What it printed and answered past the log, and what was said of it; a line each.
+std::string Said(const CRunRecord& record) {
+    std::string text;
+    for (const CRunLogLine& line : record.log) {
+        if (line.type == LOG_LT_PRINT && line.path.empty()) {
+            text += line.text + "\n";
+        }
+    }
+    for (const CRunOutput& output : record.outputs) {
+        text += output.name + " = " + output.value.text + "\n";
+    }
+    for (const std::string& error : record.errors) {
+        text += error + "\n";
+    }
+    return text;
+}
+
 }  // namespace
 
 void CLogFileRuns::OnBegin(const CRunRecord& record) {
@@ -18,9 +35,6 @@ void CLogFileRuns::OnBegin(const CRunRecord& record) {
 }
 
 void CLogFileRuns::OnEnd(const CRunRecord& record) {
-    for (const std::string& error : record.errors) {
-        m_file.Note(record.path, error);
-    }
-    m_file.Note(record.path,
-                Named(record) + ": " + ResultName(record) + ", " + DurationText(record.duration));
+    m_file.Note(record.path, Said(record) + Named(record) + ": " + ResultName(record) + ", " +
+                                 DurationText(record.duration));
 }

@@ -9,6 +9,8 @@ class CLogFileRuns : public IRunObserver {
   public:
     explicit CLogFileRuns(CLogFile& file) : m_file(file) {}
 
+    // What built-ins print and nodes answer is no log text.
+    bool WantsDetails() const override { return true; }
     void OnBegin(const CRunRecord& record) override;
     void OnEnd(const CRunRecord& record) override;
 
