@@ -12,9 +12,12 @@ std::atomic<size_t> g_allocations{0};
 
 }  // namespace
 
-void* operator new(size_t size) {
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
     ++g_allocations;
-    if (void* memory = std::malloc(size != 0 ? size : 1)) {
+    return std::malloc(size != 0 ? size : 1);
+}
+void* operator new(size_t size) {
+    if (void* memory = operator new(size, std::nothrow)) {
         return memory;
     }
     throw std::bad_alloc();

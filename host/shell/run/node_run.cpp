@@ -62,6 +62,28 @@ void CNodeRun::Describe(CRunRecord& record) const {
     record.origin = m_origin;
 }
 
+// While the node is asked, unless the run was to stop before.
+class CNodeRun::CAsked {
+  public:
+    explicit CAsked(CNodeRun& run) : m_run(run) {
+        const std::lock_guard<std::mutex> guard(m_run.m_asked_lock);
+        m_run.m_asked = !m_run.m_stop.IsRequested();
+        m_allowed = m_run.m_asked;
+    }
+    ~CAsked() {
+        const std::lock_guard<std::mutex> guard(m_run.m_asked_lock);
+        m_run.m_asked = false;
+    }
+    CAsked(const CAsked&) = delete;
+    CAsked& operator=(const CAsked&) = delete;
+
+    bool IsAllowed() const { return m_allowed; }
+
+  private:
+    CNodeRun& m_run;
+    bool m_allowed = false;
+};
+
 EResCode CNodeRun::Perform(CTerminal& terminal, CRunRecorder& recorder) {
     const CRunStop::CScope scope(m_stop);
     // A test refuses a second run of itself; here the runs take turns.
@@ -69,8 +91,8 @@ EResCode CNodeRun::Perform(CTerminal& terminal, CRunRecorder& recorder) {
     if (Test() != nullptr) {
         turn = CDeviceHold::Acquire({{&m_node, DEV_LOCK_ACCESS}}, CRunStop::IsRequestedHere);
     }
-    m_begun = true;
-    if (m_stop.IsRequested()) {
+    const CAsked asked(*this);
+    if (!asked.IsAllowed()) {
         CRunRecorder::NoteCode(MSG_ERR_ABORTED);
         return MSG_ERR_ABORTED;
     }
@@ -83,7 +105,10 @@ EResCode CNodeRun::Perform(CTerminal& terminal, CRunRecorder& recorder) {
 
 bool CNodeRun::Stop() {
     m_stop.Request();
-    if (!m_begun) {
+    // Locked, so that the run does not end and leave its turn to another one,
+    // which would be stopped instead.
+    const std::lock_guard<std::mutex> guard(m_asked_lock);
+    if (!m_asked) {
         return true;
     }
     const EResCode code = AskToStop(m_node);

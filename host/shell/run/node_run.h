@@ -2,7 +2,7 @@
 // foreground or in a job.
 #pragma once
 
-#include <atomic>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -42,6 +42,8 @@ class CNodeRun {
     void PrintError(CTerminal& terminal, const std::string& name, const std::string& text) const;
 
   private:
+    class CAsked;
+
     void PrintOutputs(CTerminal& terminal, CRunRecorder& recorder, CReply& reply) const;
 
     CDiagMenu& m_node;
@@ -51,5 +53,6 @@ class CNodeRun {
     COutMsg m_request;
     std::string m_title;
     CRunStop m_stop;
-    std::atomic<bool> m_begun{false};
+    std::mutex m_asked_lock;
+    bool m_asked = false;  // the node has the request, and its answer is awaited
 };
