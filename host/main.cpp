@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "host/board_loader.h"
 #include "host/diag_log.h"
@@ -86,8 +87,10 @@ int Run(int argc, const char* const* argv) {
         }
     }
 
+    // Before the terminal looks what standard output is.
+    CStream json = options->json ? TakeStandardOutput() : nullptr;
     CTerminal terminal(stdout);
-    CReports reports(*options);
+    CReports reports(*options, std::move(json));
     CLogFilter filter;
     Apply(options->log_settings, filter);
     filter.KeepAsDefaults();

@@ -2,17 +2,18 @@
 
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 #include "host/options.h"
 #include "host/shell/run/run_recorder.h"
 #include "host/terminal.h"
 
-CReports::CReports(const COptions& options) : m_options(options) {
+CReports::CReports(const COptions& options, CStream json)
+    : m_options(options), m_json_stream(std::move(json)) {
     if (!options.junit.empty()) {
         m_junit.emplace(options.junit);
     }
-    if (options.json) {
-        m_json_stream = TakeStandardOutput();
+    if (m_json_stream != nullptr) {
         m_json.emplace(m_json_stream.get());
     }
 }

@@ -16,9 +16,10 @@ struct COptions;
 
 class CReports {
   public:
-    // Opens what the options ask for, but for the log file. Throws
-    // std::system_error that names a file that cannot be made.
-    explicit CReports(const COptions& options);
+    // Opens what the options ask for, but for the log file; the objects go to
+    // `json`, if there is one. Throws std::system_error that names a file that
+    // cannot be made.
+    CReports(const COptions& options, CStream json);
     ~CReports();
     CReports(const CReports&) = delete;
     CReports& operator=(const CReports&) = delete;

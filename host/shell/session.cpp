@@ -9,11 +9,10 @@
 
 namespace {
 
-// Ends what still runs in the background. A run that passed so far ends with
-// what became of that.
+// Ends what still runs in the background; what becomes of that counts too.
 EExitStatus Leave(CShell& shell, EExitStatus status) {
     const EExitStatus jobs = shell.Jobs().Leave();
-    return status == EXIT_PASSED ? jobs : status;
+    return Worse(status, jobs);
 }
 
 // Says once why what is typed is not kept.

@@ -135,7 +135,7 @@ class Interrupt(Running):
         child.sendintr()
         child.expect(r"\[#+-*\] rw-test: stopping, \d+%, \d+ of 32768")
         child.sendintr()
-        child.expect(re.escape(EEPROM) + r"/rw-test: still stopping and restoring after [\d.]+ m?s, "
+        child.expect(re.escape(EEPROM) + r"/rw-test: still stopping and restoring after [\d.]+ [mu]?s, "
                      r"\d+%, \d+ of 32768: [^\r]* 0x0000 to 0x1fff\r\n")
         child.expect("EEPROM 0x0000 to 0x1fff holds what it held before the test")
         child.expect(re.escape(EEPROM) + r"/rw-test: aborted \(ERR_ABORTED\)")
@@ -187,7 +187,7 @@ class Interrupt(Running):
         child.expect("leaving: 1 job is asked to stop and awaited; Ctrl-C tells how far\r\n")
         child.expect_exact("\r\x1b[Kleaving: 0:00:01, awaiting job 1")
         child.send(CTRL_C * MANY)
-        child.expect(rf"\[1\] /a/fail-at {self.go}: stopping, 0:00:0\d\r\n")
+        child.expect(rf"\[1\] /a/fail-at {self.go}: stopping, 0:00:\d\d\r\n")
         self.go.touch()
         child.expect(rf"\[1\] /a/fail-at {self.go}: failed")
         self.expect_end(child, 0)

@@ -90,11 +90,14 @@ EExitStatus Repeat(CShell& shell, const std::vector<std::string>& arguments) {
         const EExitStatus status = RunOnce(shell, words);
         if (status == EXIT_USAGE) {
             // It would be refused again and again.
-            return status;
+            worst = status;
+            break;
         }
         tally.Add(status, CClock::now() - began);
         worst = Worse(worst, status);
     }
-    Print(shell, tally);
+    if (tally.runs != 0 || worst != EXIT_USAGE) {
+        Print(shell, tally);
+    }
     return shell.IsInterrupted() ? EXIT_ABORTED : worst;
 }

@@ -40,7 +40,7 @@ void Install(int signal, void (*handler)(int)) {
 }
 
 // Gives the terminal back, then lets the signal do what it does by itself.
-extern "C" void OnStopOrQuit(int signal) {
+extern "C" void OnStop(int signal) {
     const int saved = errno;
     if (IsForeground()) {
         ::tcsetattr(STDIN_FILENO, TCSANOW, &g_found);
@@ -53,7 +53,7 @@ extern "C" void OnStopOrQuit(int signal) {
     // Here it takes effect; a stopped program goes on behind it.
     ::pthread_sigmask(SIG_UNBLOCK, &self, nullptr);
     ::pthread_sigmask(SIG_BLOCK, &self, nullptr);
-    Install(signal, OnStopOrQuit);
+    Install(signal, OnStop);
     errno = saved;
 }
 
@@ -79,9 +79,8 @@ struct CHandler {
     void (*handler)(int);
     bool installed = false;
 };
-std::array<CHandler, 4> g_handlers = {{
-    {SIGTSTP, OnStopOrQuit},
-    {SIGQUIT, OnStopOrQuit},
+std::array<CHandler, 3> g_handlers = {{
+    {SIGTSTP, OnStop},
     {SIGCONT, OnContinue},
     {SIGWINCH, OnResize},
 }};

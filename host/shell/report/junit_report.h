@@ -12,7 +12,7 @@
 class CJunitReport : public IRunObserver {
   public:
     // Lines of the log that one testcase shows at the most.
-    static constexpr size_t MAX_LINES = 1000;
+    static constexpr size_t MAX_LINES = 200;
 
     // Makes the file, empty, so that an old report is never taken for this run's.
     // Throws std::system_error.

@@ -16,6 +16,10 @@ CForegroundStop::CForegroundStop(CTerminal& terminal, CRunWatch::CRunning& runni
     : m_terminal(terminal), m_running(running), m_run(nullptr), m_name(std::move(builtin)) {}
 
 void CForegroundStop::OnInterrupt(uint64_t now) {
+    // First of all: the screen may be stopped, with Ctrl-S, and what is written
+    // to it then waits.
+    const bool waits = m_running.IsWaiting();
+    const bool understood = m_run == nullptr || m_run->Stop();
     const bool first = !m_first.has_value();
     if (first) {
         m_first = now;
@@ -26,26 +30,17 @@ void CForegroundStop::OnInterrupt(uint64_t now) {
     if (!m_running.IsInnermost()) {
         return;
     }
-    Ask(now);
+    Say(understood || waits, now);
     if (!first && (!m_told.has_value() || now - *m_told >= TELL_EVERY_MS)) {
         m_told = now;
         Tell(now, again);
     }
 }
 
-void CForegroundStop::Ask(uint64_t now) {
-    const bool waits = m_running.IsWaiting();
-    // Said before it is done, or the end could come first.
-    if (m_run == nullptr || m_run->Test() != nullptr || waits) {
+void CForegroundStop::Say(bool stops, uint64_t now) {
+    if (stops) {
         SayStopping(now);
-    }
-    if (m_run == nullptr) {
-        return;
-    }
-    if (m_run->Stop()) {
-        SayStopping(now);
-    } else if (!waits && !m_goes_on) {
-        m_goes_on = true;
+    } else if (!std::exchange(m_goes_on, true)) {
         m_terminal.Write(m_name + ": cannot be stopped, it goes on to its end\n");
     }
 }

@@ -29,7 +29,7 @@ class CForegroundStop {
     void OnInterrupt(uint64_t now);
 
   private:
-    void Ask(uint64_t now);
+    void Say(bool stops, uint64_t now);
     void SayStopping(uint64_t now);
     void Tell(uint64_t now, bool again);
 

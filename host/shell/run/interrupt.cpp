@@ -16,7 +16,7 @@
 namespace {
 
 // The signal handler may do next to nothing, so it hands on through a pipe.
-constexpr std::array SIGNALS = {SIGINT, SIGTERM, SIGHUP};
+constexpr std::array SIGNALS = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 constexpr char INTERRUPTED = 'i';
 constexpr char FINISHED = 'f';
 std::array<int, 2> g_pipe{-1, -1};
@@ -94,12 +94,14 @@ bool CInterrupt::IsEnd() const {
 }
 
 void CInterrupt::Clear() {
-    if (g_end) {
-        return;
-    }
-    g_pending = false;
     eventfd_t count = 0;
     ::eventfd_read(g_pending_event, &count);
+    g_pending = false;
+    // The end stays pending, also when it comes just now.
+    if (g_end) {
+        g_pending = true;
+        ::eventfd_write(g_pending_event, 1);
+    }
 }
 
 int CInterrupt::Descriptor() const {

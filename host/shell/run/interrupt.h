@@ -1,6 +1,6 @@
 // Ctrl-C: asks what is in the foreground to stop and ends the script that runs it.
-// SIGTERM and SIGHUP, from a terminal that is closed, do the same for good: tests
-// have memories to restore before the shell may end.
+// SIGTERM, SIGQUIT (Ctrl-\) and SIGHUP, from a terminal that is closed, do the same
+// for good: tests have memories to restore before the shell may end.
 #pragma once
 
 #include <functional>

@@ -40,7 +40,12 @@ CJob::CJob(unsigned int number, std::unique_ptr<CNodeRun> run, CTerminal& termin
       m_recorder(recorder),
       m_began(GetDiagClock().NowMs()) {
     m_terminal.Write(Line("started"));
-    m_thread = StartQuietThread([this] { Run(); });
+    try {
+        m_thread = StartQuietThread([this] { Run(); });
+    } catch (...) {
+        m_terminal.Write(Line("could not be started after all"));
+        throw;
+    }
 }
 
 CJob::~CJob() {

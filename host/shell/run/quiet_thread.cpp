@@ -8,7 +8,13 @@ std::thread StartQuietThread(std::function<void()> work) {
     ::sigfillset(&all);
     sigset_t before;
     ::pthread_sigmask(SIG_BLOCK, &all, &before);
-    std::thread thread(std::move(work));
+    std::thread thread;
+    try {
+        thread = std::thread(std::move(work));
+    } catch (...) {
+        ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+        throw;
+    }
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     return thread;
 }

@@ -95,7 +95,7 @@ class CRunWatch {
     std::optional<CLogSinkScope> m_catching;
     mutable std::mutex m_lock;
     std::condition_variable m_changed;
-    std::list<CEntry> m_running;  // the latest first
+    std::list<CEntry> m_running;       // the latest first
     const CEntry* m_row_of = nullptr;  // whose row shows
     uint64_t m_row_shown = 0;          // when
     bool m_ended = false;
