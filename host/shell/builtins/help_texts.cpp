@@ -116,14 +116,6 @@ const std::vector<CHelpText>& HelpTexts() {
          SHELL,
          "",
          {{"echo 'Put the loopback plug in'", "a line for who reads a script's output"}}},
-        {"log",
-         SHELL,
-         "Without arguments it shows what shows of each type. TYPE LEVEL as two words will\n"
-         "do too, and all stands for every type. log default goes back to what the start\n"
-         "of diagsh chose. A log file takes everything, whatever shows here.\n",
-         {{"log hw-debug=10", "trace each transfer"},
-          {"log sw-debug=5 info=off", "several at once"},
-          {"log all off", "only what commands print"}}},
         {"help",
          SHELL,
          "Of a command or a test it tells the arguments and the answers.\n",
