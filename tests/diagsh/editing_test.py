@@ -329,7 +329,9 @@ class Signals(Editing):
         child = self.spawn()
         for count in range(30):
             child.send(("echo lost" + CTRL_C) * 5)
-            child.send(f"echo {count}.\r")
+            # The thread sanitizer hands a signal on late, when the key behind it
+            # may have been read already: that key is a blank here.
+            child.send(f" echo {count}.\r")
             self.expect_next_prompt(child, f"\r\n{count}.\r\n")
         self.quit(child)
 
