@@ -32,20 +32,7 @@ std::string StateOf(const CDiagTestBase& test, const std::optional<CTestResult>&
     if (IsRunning(test)) {
         return "running";
     }
-    if (!result.has_value()) {
-        return "untested";
-    }
-    if (result->last_skipped) {
-        return "skipped";
-    }
-    switch (result->last) {
-        case EXIT_PASSED:
-            return "passed";
-        case EXIT_ABORTED:
-            return "aborted";
-        default:
-            return "failed";
-    }
+    return result.has_value() ? result->last : "untested";
 }
 
 std::string LocalTime(std::chrono::system_clock::time_point time) {

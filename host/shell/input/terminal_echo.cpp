@@ -1,4 +1,5 @@
 #include "host/shell/input/terminal_echo.h"
+#include "host/shell/run/ignored_signal.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -84,13 +85,6 @@ std::array<CHandler, 3> g_handlers = {{
     {SIGCONT, OnContinue},
     {SIGWINCH, OnResize},
 }};
-
-// Whoever started the program may want it not to be stopped.
-bool IsIgnored(int signal) {
-    struct sigaction action {};
-    ::sigaction(signal, nullptr, &action);
-    return action.sa_handler == SIG_IGN;
-}
 
 }  // namespace
 

@@ -4,7 +4,7 @@
 
 #include "framework/diag_functions.h"
 #include "host/log_types.h"
-#include "host/shell/report/result_name.h"
+#include "host/shell/run/result_name.h"
 #include "host/shell/report/utc_time.h"
 
 namespace {

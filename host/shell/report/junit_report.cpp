@@ -8,7 +8,7 @@
 #include <system_error>
 
 #include "host/shell/printable.h"
-#include "host/shell/report/result_name.h"
+#include "host/shell/run/result_name.h"
 #include "host/shell/report/utc_time.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "host/shell/duration_text.h"
 #include "host/shell/report/log_file.h"
-#include "host/shell/report/result_name.h"
+#include "host/shell/run/result_name.h"
 
 namespace {
 

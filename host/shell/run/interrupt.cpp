@@ -10,6 +10,7 @@
 #include <csignal>
 #include <system_error>
 
+#include "host/shell/run/ignored_signal.h"
 #include "host/shell/run/quiet_thread.h"
 #include "host/shell/run/request.h"
 
@@ -24,12 +25,6 @@ std::atomic<bool> g_pending{false};
 std::atomic<bool> g_end{false};
 int g_pending_event = -1;
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
-
-bool IsIgnored(int signal) {
-    struct sigaction action {};
-    ::sigaction(signal, nullptr, &action);
-    return action.sa_handler == SIG_IGN;
-}
 
 void Tell(char what) {
     // A full pipe tells already.

@@ -6,15 +6,13 @@
 #include <utility>
 
 #include "host/diag_clock.h"
+#include "host/shell/run/foreground_stop.h"
 #include "host/shell/run/interrupt.h"
 #include "host/shell/run/run_note.h"
 #include "host/shell/run/run_watch.h"
 #include "host/terminal.h"
 
 namespace {
-
-// A key that is held down shall not fill the screen.
-constexpr uint64_t TELL_EVERY_MS = 500;
 
 // What a job means to those who never asked for its result. One that the
 // operator stopped ended as he wanted.
@@ -95,7 +93,7 @@ void CJobs::AwaitEnds(const std::vector<CJob*>& running) {
     std::optional<uint64_t> told;
     const CForeground foreground(m_interrupt, [&] {
         const uint64_t now = GetDiagClock().NowMs();
-        if (told.has_value() && now - *told < TELL_EVERY_MS) {
+        if (told.has_value() && now - *told < CForegroundStop::TELL_EVERY_MS) {
             return;
         }
         told = now;

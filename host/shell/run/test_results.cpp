@@ -1,5 +1,7 @@
 #include "host/shell/run/test_results.h"
 
+#include "host/shell/run/result_name.h"
+
 void CTestResults::OnEnd(const CRunRecord& record) {
     // Without a code the test never began: its arguments were refused.
     if (!record.is_test || !record.code.has_value()) {
@@ -7,11 +9,10 @@ void CTestResults::OnEnd(const CRunRecord& record) {
     }
     const std::lock_guard<std::mutex> guard(m_lock);
     CTestResult& result = m_results[record.node_id];
-    result.last = record.status;
-    result.last_skipped = record.code == MSG_SKIPPED;
+    result.last = ResultName(record);
     result.ended = std::chrono::time_point_cast<std::chrono::system_clock::duration>(
         record.began + record.duration);
-    if (result.last_skipped) {
+    if (record.code == MSG_SKIPPED) {
         ++result.skipped;
     } else if (record.status == EXIT_PASSED) {
         ++result.passed;

@@ -9,8 +9,7 @@
 #include "host/shell/run/run_record.h"
 
 struct CTestResult {
-    EExitStatus last = EXIT_PASSED;
-    bool last_skipped = false;
+    const char* last = "";  // "passed", as ResultName has it
     unsigned int passed = 0;
     unsigned int failed = 0;
     unsigned int aborted = 0;

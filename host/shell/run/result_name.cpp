@@ -1,4 +1,4 @@
-#include "host/shell/report/result_name.h"
+#include "host/shell/run/result_name.h"
 
 const char* ResultName(const CRunRecord& record) {
     if (record.code == MSG_SKIPPED) {
