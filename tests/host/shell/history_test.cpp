@@ -85,14 +85,12 @@ TEST_F(History, KeepsTheLinesOfShellsSideBySide) {
 }
 
 TEST_F(History, LosesNoLineWhileAnotherShellShortensTheFile) {
-    std::string old;
-    for (size_t i = 0; i < 2 * CHistory::KEPT + 1; ++i) {
-        old += "old" + std::to_string(i) + "\n";
-    }
+    // Empty lines make a file long and are dropped first, so no typed line is too old.
+    const std::string empty(2 * CHistory::KEPT + 1, '\n');
     CHistory typing(m_file);
-    std::thread starting([this, &old] {
+    std::thread starting([this, &empty] {
         for (int i = 0; i < 20; ++i) {
-            std::ofstream(m_file, std::ios::app) << old;
+            std::ofstream(m_file, std::ios::app) << empty;
             const CHistory shortens(m_file);
         }
     });
@@ -100,10 +98,9 @@ TEST_F(History, LosesNoLineWhileAnotherShellShortensTheFile) {
     for (int i = 0; i < 200; ++i) {
         typed.push_back("new" + std::to_string(i));
         typing.Enter(typed.back());
-        // What is in the file right now is what counts: later it may be too old.
-        EXPECT_THAT(TextOf(m_file), HasSubstr(typed.back() + "\n"));
     }
     starting.join();
+    EXPECT_EQ(CHistory(m_file).Lines(), typed);
 }
 
 TEST_F(History, ShortensALongFile) {
