@@ -8,10 +8,10 @@
 
 class CDiagFunc : public CDiagMenu {
   public:
-    // Bit in the constructor's flags: the command drives its parent device
-    // directly, so it waits while a test has exclusive access to that device
-    // and holds off the next test while it runs.
-    static constexpr unsigned int HOLDS_DEVICE = 1;
+    // Bit in the constructor's flags: the command reaches its parent device in
+    // single accesses and may run beside others that do; tests are kept out
+    // meanwhile. Without it the command has the device to itself, as a test has.
+    static constexpr unsigned int SHARES_DEVICE = 1;
 
     CDiagFunc(const std::string& name, const std::string& description, unsigned int flags);
     ~CDiagFunc() override;

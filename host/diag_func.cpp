@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "framework/diag_log_word.h"
+#include "framework/stoppable.h"
 #include "host/device_lock.h"
 #include "host/exception_text.h"
 #include "host/run_stop.h"
@@ -13,6 +14,11 @@ CDiagFunc::CDiagFunc(const std::string& name, const std::string& description, un
 CDiagFunc::~CDiagFunc() = default;
 
 void CDiagFunc::HandleMsg(CInMsg& in, COutMsg& out) {
+    if (in.GetType() == MSG_STOP && dynamic_cast<CStoppable*>(this) != nullptr) {
+        // The request itself was left where the command looks for it.
+        AnswerCode(out, MSG_SUCCESS);
+        return;
+    }
     if (in.GetType() != MSG_CALL) {
         CDiagMenu::HandleMsg(in, out);
         return;
@@ -20,8 +26,10 @@ void CDiagFunc::HandleMsg(CInMsg& in, COutMsg& out) {
     try {
         std::unique_ptr<CDeviceHold> hold;
         const CDiagDevice* device = GetParentDevice();
-        if ((m_flags & HOLDS_DEVICE) != 0 && device != nullptr) {
-            hold = CDeviceHold::Acquire({{device, DEV_LOCK_PROTECT}}, CRunStop::IsRequestedHere);
+        if (device != nullptr) {
+            const EDevLockType type =
+                (m_flags & SHARES_DEVICE) != 0 ? DEV_LOCK_PROTECT : DEV_LOCK_ACCESS;
+            hold = CDeviceHold::Acquire({{device, type}}, CRunStop::IsRequestedHere);
             if (hold == nullptr) {
                 out << static_cast<uint8_t>(MSG_ERR_ABORTED);
                 return;

@@ -1,5 +1,6 @@
 #include "host/run_stop.h"
 
+#include "framework/stoppable.h"
 #include "host/device_lock.h"
 
 namespace {
@@ -23,4 +24,10 @@ CRunStop::CScope::CScope(const CRunStop& stop) : m_outer(t_here) {
 
 CRunStop::CScope::~CScope() {
     t_here = m_outer;
+}
+
+CStoppable::~CStoppable() = default;
+
+bool CStoppable::IsStopReq() {
+    return CRunStop::IsRequestedHere();
 }

@@ -32,7 +32,7 @@ bool CDiagI2cSlaveDevice::ClearPath() {
 }
 
 CEnablePathCmd::CEnablePathCmd(const std::string& name, const std::string& description)
-    : CDiagFunc(name, description, HOLDS_DEVICE) {}
+    : CDiagFunc(name, description, SHARES_DEVICE) {}
 
 void CEnablePathCmd::Invoke(CInMsg&, COutMsg& out) {
     auto& slave = ParentDeviceOf<CDiagI2cSlaveDevice>(*this);
@@ -46,7 +46,7 @@ void CEnablePathCmd::Invoke(CInMsg&, COutMsg& out) {
 }
 
 CClearPathCmd::CClearPathCmd(const std::string& name, const std::string& description)
-    : CDiagFunc(name, description, HOLDS_DEVICE) {}
+    : CDiagFunc(name, description, SHARES_DEVICE) {}
 
 void CClearPathCmd::Invoke(CInMsg&, COutMsg& out) {
     auto& slave = ParentDeviceOf<CDiagI2cSlaveDevice>(*this);

@@ -27,7 +27,7 @@ void ForEachSwitch(const CDiagObj& node, Action action) {
 class CCheckDevCmd : public CDiagFunc {
   public:
     CCheckDevCmd(const std::string& name, const std::string& description)
-        : CDiagFunc(name, description, HOLDS_DEVICE) {
+        : CDiagFunc(name, description, SHARES_DEVICE) {
         AddChild(new CDiagParam(VT_UINT8, "addr", "device address", PT_IN), NO_SORT);
     }
 
@@ -54,7 +54,7 @@ class CCheckDevCmd : public CDiagFunc {
 class CProbeCmd : public CDiagFunc {
   public:
     CProbeCmd(const std::string& name, const std::string& description)
-        : CDiagFunc(name, description, HOLDS_DEVICE) {}
+        : CDiagFunc(name, description, SHARES_DEVICE) {}
 
     void Invoke(CInMsg&, COutMsg& out) override {
         auto& bus = ParentDeviceOf<CI2cDevice>(*this);
@@ -78,7 +78,7 @@ class CI2cSetSwModeCmd : public CDiagFunc {
     static constexpr uint8_t LAST_MODE = 3;
 
     CI2cSetSwModeCmd(const std::string& name, const std::string& description)
-        : CDiagFunc(name, description, HOLDS_DEVICE) {
+        : CDiagFunc(name, description, SHARES_DEVICE) {
         AddChild(new CDiagParam(VT_UINT8, "mode", "0-3", PT_IN | PT_OPTIONAL), NO_SORT);
     }
 

@@ -38,7 +38,7 @@ void ClearAndAnswer(const CDiagMenu& command, CDiagI2cEepromDevice& eeprom, COut
 
 CDiagI2cEepromReadCmd::CDiagI2cEepromReadCmd(const std::string& name,
                                              const std::string& description)
-    : CDiagFunc(name, description, HOLDS_DEVICE) {
+    : CDiagFunc(name, description, SHARES_DEVICE) {
     AddChild(new CDiagParam(VT_UINT32, "addr", "EEPROM read address", PT_IN), NO_SORT);
     AddChild(new CDiagParam(VT_INT32, "length", "Byte size", PT_IN | PT_OPTIONAL), NO_SORT);
 }
@@ -86,7 +86,7 @@ void CDiagI2cEepromReadCmd::Invoke(CInMsg& in, COutMsg& out) {
 
 CDiagI2cEepromWriteCmd::CDiagI2cEepromWriteCmd(const std::string& name,
                                                const std::string& description)
-    : CDiagFunc(name, description, HOLDS_DEVICE) {
+    : CDiagFunc(name, description, SHARES_DEVICE) {
     AddChild(new CDiagParam(VT_UINT32, "addr", "EEPROM write address", PT_IN), NO_SORT);
     AddChild(new CDiagParam(VT_UINT8, "data", "Data value", PT_IN), NO_SORT);
 }

@@ -14,7 +14,7 @@ namespace {
 class CSwitchCmd : public CDiagFunc {
   public:
     CSwitchCmd(const std::string& name, const std::string& description)
-        : CDiagFunc(name, description, HOLDS_DEVICE) {}
+        : CDiagFunc(name, description, SHARES_DEVICE) {}
 
     void Invoke(CInMsg& in, COutMsg& out) override {
         auto& i2c_switch = ParentDeviceOf<CDiagI2cSwitch>(*this);

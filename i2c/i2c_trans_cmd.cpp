@@ -35,7 +35,7 @@ struct CI2cTransCmd::CArguments {
 };
 
 CI2cTransCmd::CI2cTransCmd(const std::string& name, const std::string& description)
-    : CDiagFunc(name, description, HOLDS_DEVICE) {
+    : CDiagFunc(name, description, SHARES_DEVICE) {
     const auto add = [this](uint8_t vt, const std::string& param, const std::string& desc,
                             uint8_t pt) { AddChild(new CDiagParam(vt, param, desc, pt), NO_SORT); };
     constexpr uint8_t OPTIONAL_IN = PT_IN | PT_OPTIONAL;

@@ -79,7 +79,7 @@ class CFailAtTest : public CDiagTest {
 
 class CHoldCmd : public CDiagFunc {
   public:
-    CHoldCmd() : CDiagFunc("hold", "keeps the device until a file exists", HOLDS_DEVICE) {
+    CHoldCmd() : CDiagFunc("hold", "keeps the device until a file exists", SHARES_DEVICE) {
         AddChild(new CDiagParam(VT_STRING, "file", "the file", PT_IN), NO_SORT);
     }
     void Invoke(CInMsg& in, COutMsg& out) override {
@@ -96,7 +96,7 @@ class CHoldCmd : public CDiagFunc {
 
 class CSayCmd : public CDiagFunc {
   public:
-    CSayCmd() : CDiagFunc("say", "prints a text", HOLDS_DEVICE) {
+    CSayCmd() : CDiagFunc("say", "prints a text", SHARES_DEVICE) {
         AddChild(new CDiagParam(VT_STRING, "text", "the text", PT_IN), NO_SORT);
     }
     void Invoke(CInMsg& in, COutMsg& out) override {

@@ -129,7 +129,7 @@ TEST_F(DeviceCircle, IsNoneBetweenThoseThatWaitForTheSame) {
 TEST_F(DeviceCircle, FailsTheCommandThatWouldCloseIt) {
     class CPlainCmd : public CDiagFunc {
       public:
-        CPlainCmd() : CDiagFunc("command", "", HOLDS_DEVICE) {}
+        CPlainCmd() : CDiagFunc("command", "", SHARES_DEVICE) {}
         void Invoke(CInMsg&, COutMsg& out) override { out << uint8_t{0}; }
     };
     auto* command = new CPlainCmd;

@@ -238,16 +238,19 @@ TEST_F(DeviceClaims, HoldADeviceFarBelow) {
     EXPECT_TRUE(WouldWait(*m_slave, DEV_LOCK_PROTECT));
 }
 
-// Tells while it runs whether its device could be tested.
+// Tells while it runs whether its device could be tested, or reached by a command
+// that shares it.
 class CProbingCmd : public CDiagFunc {
   public:
     CProbingCmd(const std::string& name, unsigned int flags) : CDiagFunc(name, "", flags) {}
     void Invoke(CInMsg&, COutMsg& out) override {
         m_kept_tests_out = WouldWait(*GetParentDevice(), DEV_LOCK_ACCESS);
+        m_kept_commands_out = WouldWait(*GetParentDevice(), DEV_LOCK_PROTECT);
         m_invoked = true;
         out << uint8_t{0};
     }
     std::atomic<bool> m_kept_tests_out{false};
+    std::atomic<bool> m_kept_commands_out{false};
     std::atomic<bool> m_invoked{false};
 };
 
@@ -261,21 +264,23 @@ class CommandLock : public testing::Test {
     CDiagDevice m_device{"device", "", TDEVICE};
 };
 
-TEST_F(CommandLock, ACommandThatHoldsItsDeviceKeepsTestsOutWhileItRuns) {
-    CProbingCmd& command = Add(CDiagFunc::HOLDS_DEVICE);
+TEST_F(CommandLock, ACommandThatSharesItsDeviceKeepsTestsOutWhileItRuns) {
+    CProbingCmd& command = Add(CDiagFunc::SHARES_DEVICE);
     EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);
     EXPECT_TRUE(command.m_kept_tests_out);
+    EXPECT_FALSE(command.m_kept_commands_out);
     EXPECT_FALSE(WouldWait(m_device, DEV_LOCK_ACCESS));
 }
 
-TEST_F(CommandLock, AnyOtherCommandDoesNot) {
+TEST_F(CommandLock, AnyOtherCommandHasItsDeviceToItself) {
     CProbingCmd& command = Add(0);
     EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);
-    EXPECT_FALSE(command.m_kept_tests_out);
+    EXPECT_TRUE(command.m_kept_commands_out);
+    EXPECT_FALSE(WouldWait(m_device, DEV_LOCK_PROTECT));
 }
 
-TEST_F(CommandLock, ACommandThatHoldsItsDeviceWaitsForATest) {
-    CProbingCmd& command = Add(CDiagFunc::HOLDS_DEVICE);
+TEST_F(CommandLock, ACommandThatSharesItsDeviceWaitsForATest) {
+    CProbingCmd& command = Add(CDiagFunc::SHARES_DEVICE);
     auto test = CDeviceHold::Acquire({{&m_device, DEV_LOCK_ACCESS}}, Never);
     std::promise<void> started;
     std::thread caller([&] {
@@ -290,16 +295,26 @@ TEST_F(CommandLock, ACommandThatHoldsItsDeviceWaitsForATest) {
     EXPECT_TRUE(command.m_invoked);
 }
 
-TEST_F(CommandLock, AnyOtherCommandRunsBesideATest) {
+TEST_F(CommandLock, AnyOtherCommandWaitsForACommandThatSharesTheDevice) {
     CProbingCmd& command = Add(0);
-    const CLockHolder test({{&m_device, DEV_LOCK_ACCESS}});
-    EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);
+    auto sharing = CDeviceHold::Acquire({{&m_device, DEV_LOCK_PROTECT}}, Never);
+    std::promise<void> started;
+    std::thread caller([&] {
+        started.set_value();
+        EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);
+    });
+    started.get_future().wait();
+    CDeviceHold::WakeWaiting();
+    EXPECT_FALSE(command.m_invoked);
+    sharing.reset();
+    caller.join();
+    EXPECT_TRUE(command.m_invoked);
 }
 
 TEST_F(CommandLock, ACommandDoesNotWaitForATestThatOnlyProtectsItsDevice) {
     class CPlainCmd : public CDiagFunc {
       public:
-        CPlainCmd() : CDiagFunc("command", "", HOLDS_DEVICE) {}
+        CPlainCmd() : CDiagFunc("command", "", SHARES_DEVICE) {}
         void Invoke(CInMsg&, COutMsg& out) override { out << uint8_t{0}; }
     };
     auto* command = new CPlainCmd;
@@ -309,7 +324,7 @@ TEST_F(CommandLock, ACommandDoesNotWaitForATestThatOnlyProtectsItsDevice) {
 }
 
 TEST_F(CommandLock, ACommandRunsInsideATestOfItsOwnThread) {
-    CProbingCmd& command = Add(CDiagFunc::HOLDS_DEVICE);
+    CProbingCmd& command = Add(CDiagFunc::SHARES_DEVICE);
     const auto test = CDeviceHold::Acquire({{&m_device, DEV_LOCK_ACCESS}}, Never);
     EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);
 }
@@ -317,7 +332,7 @@ TEST_F(CommandLock, ACommandRunsInsideATestOfItsOwnThread) {
 TEST_F(CommandLock, ACommandWithoutADeviceRunsAllTheSame) {
     class CPlainCmd : public CDiagFunc {
       public:
-        CPlainCmd() : CDiagFunc("command", "", HOLDS_DEVICE) {}
+        CPlainCmd() : CDiagFunc("command", "", SHARES_DEVICE) {}
         void Invoke(CInMsg&, COutMsg& out) override { out << uint8_t{0}; }
     } command;
     EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);

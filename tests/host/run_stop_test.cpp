@@ -21,7 +21,7 @@ using testing::ElementsAre;
 
 class CCountingCmd : public CDiagFunc {
   public:
-    CCountingCmd() : CDiagFunc("command", "", HOLDS_DEVICE) {}
+    CCountingCmd() : CDiagFunc("command", "", SHARES_DEVICE) {}
     void Invoke(CInMsg&, COutMsg& out) override {
         ++m_calls;
         out << uint8_t{0};

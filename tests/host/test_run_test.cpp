@@ -124,7 +124,7 @@ TYPED_TEST(TestRun, HoldsItsDeviceFromSetupToCleanup) {
 
 class CDeviceCmd : public CDiagFunc {
   public:
-    CDeviceCmd() : CDiagFunc("command", "", HOLDS_DEVICE) {}
+    CDeviceCmd() : CDiagFunc("command", "", SHARES_DEVICE) {}
     void Invoke(CInMsg&, COutMsg& out) override { out << uint8_t{0}; }
 };
 

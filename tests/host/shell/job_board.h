@@ -60,7 +60,7 @@ class CCountTest : public CDiagTest {
 
 class CSayCmd : public CDiagFunc {
   public:
-    CSayCmd() : CDiagFunc("say", "prints a text", HOLDS_DEVICE) {
+    CSayCmd() : CDiagFunc("say", "prints a text", SHARES_DEVICE) {
         AddChild(new CDiagParam(VT_STRING, "text", "the text", PT_IN), NO_SORT);
     }
     void Invoke(CInMsg& in, COutMsg& out) override {
@@ -73,7 +73,7 @@ class CSayCmd : public CDiagFunc {
 
 class CBlockCmd : public CDiagFunc {
   public:
-    CBlockCmd() : CDiagFunc("block", "keeps the device", HOLDS_DEVICE) {}
+    CBlockCmd() : CDiagFunc("block", "keeps the device", SHARES_DEVICE) {}
     void Invoke(CInMsg&, COutMsg& out) override {
         works.Open();
         gate.Await();
