@@ -64,7 +64,7 @@ void Mount(benchmark::State& state, const std::string& compatible) {
     const std::filesystem::path state_folder = folder / (compatible + std::to_string(devices));
     const std::vector<uint8_t> blob = Describe(devices, compatible);
     const CDeviceTree tree("bench.dtb", blob);
-    const auto mount = [&] { return MountBoard(tree, folder / "images", state_folder); };
+    const auto mount = [&] { return MountBoard(tree, folder.Path(), state_folder); };
     // The first start of a board makes the files of its memories; later ones are
     // measured.
     if (CountDevices(*mount()) != devices) {

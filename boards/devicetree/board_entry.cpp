@@ -11,5 +11,5 @@ CDiagMenu* morva_board_create(int argc, const char* const* argv) {
     const CBoardArguments arguments = ParseBoardArguments(argc, argv);
     const std::vector<uint8_t> blob = ReadFileBytes(arguments.blob, CDeviceTree::MAX_SIZE);
     const CDeviceTree tree(arguments.blob, blob);
-    return MountBoard(tree, arguments.blob.parent_path() / "images", arguments.state).release();
+    return MountBoard(tree, arguments.blob.parent_path(), arguments.state).release();
 }

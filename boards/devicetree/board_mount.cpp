@@ -25,12 +25,12 @@ std::string Model(const CDeviceTreeNode& root) {
 
 class CBoardMount {
   public:
-    CBoardMount(const CDeviceTree& tree, const std::filesystem::path& images,
+    CBoardMount(const CDeviceTree& tree, const std::filesystem::path& folder,
                 const std::filesystem::path& state)
         : m_tree(tree),
           m_root(std::make_unique<CDiagMenu>(TMENU, "board", Model(tree.Root()))),
           m_sim(std::make_unique<CSimDevice>()),
-          m_i2c(tree, m_names, *m_sim, images, state) {
+          m_i2c(tree, m_names, *m_sim, folder, state) {
         m_names.Below(*m_root).Take(m_sim->GetName());
     }
 
@@ -102,7 +102,7 @@ class CBoardMount {
 
 }  // namespace
 
-std::unique_ptr<CDiagMenu> MountBoard(const CDeviceTree& tree, const std::filesystem::path& images,
+std::unique_ptr<CDiagMenu> MountBoard(const CDeviceTree& tree, const std::filesystem::path& folder,
                                       const std::filesystem::path& state) {
-    return CBoardMount(tree, images, state).Mount();
+    return CBoardMount(tree, folder, state).Mount();
 }

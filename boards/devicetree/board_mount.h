@@ -10,9 +10,10 @@
 #include "framework/diag_menu.h"
 
 // Memories live in files below `state`, at their place in the topology, and
-// begin with what the file of the same place below `images` holds. A node that
+// begin with what the file of the same place below `folder`/images holds; tables
+// of the board are in `folder`/xml. A node that
 // cannot be mounted is reported with one warning and left out; the rest is
 // mounted. A device behind a multiplexer whose address answers nearer to the root
 // bus too is mounted, with a warning. The tree is needed no longer afterwards.
-std::unique_ptr<CDiagMenu> MountBoard(const CDeviceTree& tree, const std::filesystem::path& images,
+std::unique_ptr<CDiagMenu> MountBoard(const CDeviceTree& tree, const std::filesystem::path& folder,
                                       const std::filesystem::path& state);

@@ -37,7 +37,8 @@ constexpr std::array BINDINGS = {
     Mux("nxp,pca9548"),
 
     Eeprom("morva,mfg-eeprom", DescribeBoardEeprom),
-    Eeprom("morva,param-eeprom", DescribeBoardEeprom),
+    CBinding{"morva,param-eeprom", I2C_DEVICE, CreateParamEepromNode, CreateSimEeprom,
+             DescribeBoardEeprom},
     Eeprom("*,24c01", DescribeAt24),
     Eeprom("*,24c02", DescribeAt24),
     Eeprom("*,24c04", DescribeAt24),

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -27,5 +28,6 @@ struct CDeviceRequest {
     CSiblingNames& names;                // those that are taken where it will stand
     const CI2cWire* wire = nullptr;      // what a device on I2C hangs on
     const eeprom_part_t* eeprom = nullptr;  // what an EEPROM is
+    std::filesystem::path tables;           // the folder of the board's XML tables
     bool simulated = false;                 // whether a chip on the wire stands for it
 };

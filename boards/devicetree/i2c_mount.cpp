@@ -120,6 +120,7 @@ void CI2cMount::MountDevice(const CDeviceTreeNode& node, const CMatch& match, ui
                             CI2cWire& wire) {
     CDeviceRequest request(node, match.compatible, addr, m_names.Below(wire.Menu()));
     request.wire = &wire;
+    request.tables = m_tables;
     if (match.binding != nullptr) {
         MountKnown(request, *match.binding, addr, wire);
         return;

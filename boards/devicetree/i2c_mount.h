@@ -16,13 +16,14 @@
 class CI2cMount {
   public:
     // Memories live in files below `state`, and begin with what the file of the
-    // same place below `images` holds. All references outlive the mounting.
+    // same place below `folder`/images holds. All references outlive the mounting.
     CI2cMount(const CDeviceTree& tree, CTreeNames& names, CSimDevice& sim,
-              std::filesystem::path images, std::filesystem::path state)
+              const std::filesystem::path& folder, std::filesystem::path state)
         : m_tree(tree),
           m_names(names),
           m_sim(sim),
-          m_images(std::move(images)),
+          m_images(folder / "images"),
+          m_tables(folder / "xml"),
           m_state(std::move(state)) {}
 
     // Both throw CDiagException when the node itself cannot be mounted; what
@@ -53,6 +54,7 @@ class CI2cMount {
     CTreeNames& m_names;
     CSimDevice& m_sim;
     const std::filesystem::path m_images;
+    const std::filesystem::path m_tables;
     const std::filesystem::path m_state;
     // The state folder and the fault commands know buses by their names alone.
     CSiblingNames m_bus_names;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "boards/chips/board_eeprom.h"
+#include "boards/chips/board_param_eeprom.h"
 #include "boards/chips/board_slave.h"
 #include "boards/chips/mux_chip.h"
 #include "boards/devicetree/node_name.h"
@@ -18,6 +19,8 @@ namespace {
 // of two.
 constexpr uint16_t LARGEST_TRANSFER = 128;
 
+constexpr const char* DEFAULT_TABLE = "prog_param_quillbank.xml";
+
 uint8_t AddrOf(const CDeviceRequest& request) {
     return static_cast<uint8_t>(request.addr.value());
 }
@@ -31,21 +34,43 @@ std::string SizeText(const eeprom_part_t& part, uint32_t size) {
     return std::to_string(size) + " bytes" + (part.read_only ? ", read-only" : "");
 }
 
-// The device behind one slave address, or behind all of them.
-std::unique_ptr<CDiagMenu> CreateEeprom(const CDeviceRequest& request, const std::string& name,
-                                        const std::string& description, uint8_t addr,
-                                        uint32_t size) {
-    const eeprom_part_t& part = *request.eeprom;
+i2c_eeprom_attr_t AttributesOf(const eeprom_part_t& part, uint32_t size) {
     const auto transfer = static_cast<uint8_t>(std::min(part.page, LARGEST_TRANSFER));
-    const i2c_eeprom_attr_t attr = {.mem_size = size,
-                                    .mem_addr_size = part.addr_bytes,
-                                    .addrh_first = true,
-                                    .xfer_unit = 1,
-                                    .wr_pg_size = transfer,
-                                    .xfer_size = transfer,
-                                    .rd_wr = 0};
-    return std::make_unique<CBoardEeprom>(name, description, request.wire->Place(addr), attr,
-                                          part.read_only);
+    return {.mem_size = size,
+            .mem_addr_size = part.addr_bytes,
+            .addrh_first = true,
+            .xfer_unit = 1,
+            .wr_pg_size = transfer,
+            .xfer_size = transfer,
+            .rd_wr = 0};
+}
+
+// The device behind one slave address, or behind all of them. `more` is what
+// that kind of device takes besides.
+template <class Eeprom, class... More>
+std::unique_ptr<CDiagMenu> CreateEeprom(const CDeviceRequest& request, const std::string& name,
+                                        const std::string& description, uint8_t addr, uint32_t size,
+                                        const More&... more) {
+    const eeprom_part_t& part = *request.eeprom;
+    return std::make_unique<Eeprom>(name, description, request.wire->Place(addr),
+                                    AttributesOf(part, size), part.read_only, more...);
+}
+
+std::string EepromText(const CDeviceRequest& request) {
+    return request.Text() + ": " + SizeText(*request.eeprom, request.eeprom->size);
+}
+
+// A part whose contents have a meaning is one device.
+template <class Eeprom, class... More>
+std::unique_ptr<CDiagMenu> CreateWholeEeprom(const CDeviceRequest& request, const More&... more) {
+    const eeprom_part_t& part = *request.eeprom;
+    if (part.Devices() != 1) {
+        throw CDiagException("%s: \"%s\" of %u bytes does not fit one slave address",
+                             request.node.Path().c_str(), PrintableText(request.compatible).c_str(),
+                             part.size);
+    }
+    return CreateEeprom<Eeprom>(request, request.TakeName(), EepromText(request), AddrOf(request),
+                                part.size, more...);
 }
 
 }  // namespace
@@ -64,23 +89,26 @@ std::unique_ptr<CDiagMenu> CreateMuxNode(const CDeviceRequest& request) {
 
 std::unique_ptr<CDiagMenu> CreateEepromNode(const CDeviceRequest& request) {
     const eeprom_part_t& part = *request.eeprom;
-    const std::string text = request.Text() + ": " + SizeText(part, part.size);
     const uint8_t addr = AddrOf(request);
     if (part.Devices() == 1) {
-        return CreateEeprom(request, request.TakeName(), text, addr, part.size);
+        return CreateWholeEeprom<CBoardEeprom>(request);
     }
-    auto menu = std::make_unique<CDiagMenu>(TMENU, request.TakeName(), text);
+    auto menu = std::make_unique<CDiagMenu>(TMENU, request.TakeName(), EepromText(request));
     const uint32_t size = part.size / part.Devices();
     for (unsigned int block = 0; block < part.Devices(); ++block) {
         const auto block_addr = static_cast<uint8_t>(addr + block);
         const std::string block_text = "block " + std::to_string(block) + " at " +
                                        toString(block_addr, VF_HEX) + ": " + SizeText(part, size);
-        menu->AddChild(
-            CreateEeprom(request, "block" + std::to_string(block), block_text, block_addr, size)
-                .release(),
-            CDiagObj::NO_SORT);
+        menu->AddChild(CreateEeprom<CBoardEeprom>(request, "block" + std::to_string(block),
+                                                  block_text, block_addr, size)
+                           .release(),
+                       CDiagObj::NO_SORT);
     }
     return menu;
+}
+
+std::unique_ptr<CDiagMenu> CreateParamEepromNode(const CDeviceRequest& request) {
+    return CreateWholeEeprom<CBoardParamEeprom>(request, request.tables / DEFAULT_TABLE);
 }
 
 std::unique_ptr<CDiagMenu> CreateUnsupportedSlave(const CDeviceRequest& request) {

@@ -15,6 +15,9 @@ std::unique_ptr<CDiagMenu> CreateMuxNode(const CDeviceRequest& request);
 // with a device for each slave address, "block0", "block1", ...
 std::unique_ptr<CDiagMenu> CreateEepromNode(const CDeviceRequest& request);
 
+// A CBoardParamEeprom; its table of last resort is the default board's.
+std::unique_ptr<CDiagMenu> CreateParamEepromNode(const CDeviceRequest& request);
+
 // A CBoardSlave, for chips that are known but not driven, and for the others.
 std::unique_ptr<CDiagMenu> CreateUnsupportedSlave(const CDeviceRequest& request);
 std::unique_ptr<CDiagMenu> CreateUnknownSlave(const CDeviceRequest& request);

@@ -235,7 +235,7 @@ TEST(BlobFuzz, MountsWhateverTreeComesOfIt) {
         // The chip at a place changes its size from one tree to the next.
         std::filesystem::remove_all(folder.Path() / "state");
         ExpectNamesAreTypeableAndUnique(
-            *MountBoard(tree, folder.Path() / "images", folder.Path() / "state"));
+            *MountBoard(tree, folder.Path(), folder.Path() / "state"));
     });
     EXPECT_GT(outcome.trees, 200U);
     // All that was written lies where it should.
