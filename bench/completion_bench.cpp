@@ -1,13 +1,12 @@
 // What Tab costs among 10,000 siblings: finding what fits and, where several do,
 // laying out the list that is shown.
 #include <cstdio>
-#include <exception>
 #include <memory>
 #include <string>
 
+#include "bench/bench_main.h"
 #include "bench/bench_report.h"
 #include "framework/diag_board.h"
-#include "framework/diag_exception.h"
 #include "host/log_filter.h"
 #include "host/shell/input/candidates.h"
 #include "host/shell/input/completion.h"
@@ -72,12 +71,5 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    try {
-        return Run(argc, argv);
-    } catch (const CDiagException& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-    }
-    return 1;
+    return BenchMain([&] { return Run(argc, argv); });
 }

@@ -2,17 +2,15 @@
 // must not grow with the board.
 #include <malloc.h>
 
-#include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "bench/bench_main.h"
 #include "bench/bench_report.h"
 #include "boards/devicetree/board_mount.h"
-#include "framework/diag_exception.h"
 #include "tests/boards/devicetree/blob_builder.h"
 #include "tests/support/temp_folder.h"
 
@@ -118,12 +116,5 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    try {
-        return Run(argc, argv);
-    } catch (const CDiagException& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-    }
-    return 1;
+    return BenchMain([&] { return Run(argc, argv); });
 }

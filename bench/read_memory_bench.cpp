@@ -1,12 +1,11 @@
 // What the library costs: reading 8 KiB behind two multiplexers, against the
 // bare loop of the same transfers on the same bus.
 #include <cstdio>
-#include <exception>
 #include <vector>
 
+#include "bench/bench_main.h"
 #include "bench/bench_report.h"
 #include "bench/eeprom_board.h"
-#include "framework/diag_exception.h"
 #include "tests/support/request.h"
 
 namespace {
@@ -117,12 +116,5 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    try {
-        return Run(argc, argv);
-    } catch (const CDiagException& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-    }
-    return 1;
+    return BenchMain([&] { return Run(argc, argv); });
 }

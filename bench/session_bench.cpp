@@ -3,10 +3,10 @@
 #include <sys/resource.h>
 
 #include <cstdio>
-#include <exception>
 #include <string>
 #include <vector>
 
+#include "bench/bench_main.h"
 #include "bench/bench_report.h"
 #include "bench/median.h"
 #include "bench/program.h"
@@ -100,10 +100,5 @@ int Run() {
 }  // namespace
 
 int main() {
-    try {
-        return Run();
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-    }
-    return 1;
+    return BenchMain(Run);
 }

@@ -3,11 +3,10 @@
 // channels, begins and ends transfers, or asks a busy chip again. The simulated
 // wire counts bits, so the figures are the same on every machine.
 #include <cstdio>
-#include <exception>
 #include <functional>
 
+#include "bench/bench_main.h"
 #include "bench/eeprom_board.h"
-#include "framework/diag_exception.h"
 #include "tests/support/request.h"
 
 namespace {
@@ -91,12 +90,5 @@ int Run() {
 }  // namespace
 
 int main() {
-    try {
-        return Run();
-    } catch (const CDiagException& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-    }
-    return 1;
+    return BenchMain(Run);
 }

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "framework/diag_log_word.h"
-#include "framework/stoppable.h"
+#include "framework/long_work.h"
 #include "host/device_lock.h"
 #include "host/exception_text.h"
 #include "host/run_stop.h"
@@ -14,7 +14,7 @@ CDiagFunc::CDiagFunc(const std::string& name, const std::string& description, un
 CDiagFunc::~CDiagFunc() = default;
 
 void CDiagFunc::HandleMsg(CInMsg& in, COutMsg& out) {
-    if (in.GetType() == MSG_STOP && dynamic_cast<CStoppable*>(this) != nullptr) {
+    if (in.GetType() == MSG_STOP && dynamic_cast<CLongWork*>(this) != nullptr) {
         // The request itself was left where the command looks for it.
         AnswerCode(out, MSG_SUCCESS);
         return;

@@ -1,6 +1,6 @@
 #include "host/run_stop.h"
 
-#include "framework/stoppable.h"
+#include "framework/long_work.h"
 #include "host/device_lock.h"
 
 namespace {
@@ -26,8 +26,10 @@ CRunStop::CScope::~CScope() {
     t_here = m_outer;
 }
 
-CStoppable::~CStoppable() = default;
+CLongWork::~CLongWork() = default;
 
-bool CStoppable::IsStopReq() {
-    return CRunStop::IsRequestedHere();
+bool CLongWork::ProgressCb(uint64_t done, uint64_t total) {
+    m_progress_done = done;
+    m_progress_total = total;
+    return !CRunStop::IsRequestedHere();
 }

@@ -1,7 +1,11 @@
 #include "i2c/diag_param_eeprom_xml_parser.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
 #include <string_view>
+#include <system_error>
 
 #include "framework/diag_functions.h"
 #include "framework/diag_log_word.h"
@@ -12,9 +16,23 @@ namespace {
 // Of entities within entities a few lines can make any number of nodes.
 constexpr size_t MAX_ENTITY_NODES = 10'000;
 constexpr unsigned int MAX_ENTITY_DEPTH = 32;
+constexpr int HEX_BASE = 16;
 
-std::string_view View(const xmlChar* text) {
-    // xmlChar is UTF-8 in an unsigned char.
+// As strtoull reads it in base 16, which takes most of the time of a large table:
+// plain digits, as nearly all numbers are, are read here.
+uint64_t HexValue(const char* text) {
+    const bool prefixed = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    const char* digits = prefixed ? text + 2 : text;
+    const char* end = digits + std::strspn(digits, "0123456789ABCDEFabcdef");
+    uint64_t value = 0;
+    if (std::from_chars(digits, end, value, HEX_BASE).ec == std::errc()) {
+        return value;
+    }
+    return std::strtoull(text, nullptr, HEX_BASE);
+}
+
+// xmlChar is a byte of UTF-8.
+const char* Text(const xmlChar* text) {
     return reinterpret_cast<const char*>(text);
 }
 
@@ -64,6 +82,7 @@ std::vector<std::string> Parser::parse() {
         getXmlDoc();
         diag_pf_send_log(LW_SW_TRACE, "finished getXmlDoc()\n\n");
         const xmlNode* root = m_document.Root();
+        m_doc_strippedDown.reserve(m_document.NodeCount());
         diag_pf_send_log(LW_SW_TRACE, "finished xmlDocGetRootElement()\n\n");
         extract_data(root, 0);
         diag_pf_send_log(LW_SW_TRACE, "finished extract_data()\n\n");
@@ -77,7 +96,18 @@ std::vector<std::string> Parser::parse() {
         diag_pf_send_log(LW_ERR_TEST, "Error in Parsing. Check Xml file.\n");
         throw XML_FORMAT_ERROR;
     }
+    dropDocument();
     return printDimmTable();
+}
+
+// The text of the table is about as large as the document: not both at once.
+void Parser::dropDocument() {
+    for (const auto& [id, tag] : m_TagContainer) {
+        tag->dropTextNodes();
+    }
+    m_text_nodes = {};
+    m_doc_strippedDown = {};
+    m_document.Drop();
 }
 
 void Parser::getXmlDoc() {
@@ -98,17 +128,25 @@ void Parser::extract_data(const xmlNode* node, unsigned int entities) {
             Refuse(m_filename + std::string(": more than 10000 nodes within entities"));
         }
         if (node->type == XML_ELEMENT_NODE) {
-            m_doc_strippedDown.push_back(node->name);
+            append(node->name);
         } else if (node->type == XML_TEXT_NODE && node->content != nullptr &&
                    !IsLayout(node->content)) {
-            m_doc_strippedDown.push_back(node->content);
+            append(node->content);
         }
         if (node->type == XML_ENTITY_REF_NODE) {
             extract_entity(node, entities + 1);
-        } else {
+        } else if (node->type != XML_TEXT_NODE) {
             extract_data(node->children, entities);
         }
     }
+}
+
+// All that the text can mean is found out while it is at hand: later, in a large
+// document, it would have to be fetched again.
+void Parser::append(const xmlChar* text) {
+    const bool after_name = !m_doc_strippedDown.empty() && m_doc_strippedDown.back().tag != nullptr;
+    m_doc_strippedDown.push_back(
+        {text, m_TagContainer.find(Text(text)), after_name ? HexValue(Text(text)) : uint64_t{0}});
 }
 
 // What a reference stands for is below the entity's declaration; behind that
@@ -133,10 +171,10 @@ void Parser::checkForErrors() {
 }
 
 void Parser::countTagOccurance() {
-    for (size_t at = 0; at < m_doc_strippedDown.size(); ++at) {
-        if (Tag* tag = m_TagContainer.find(View(m_doc_strippedDown[at]))) {
-            tag->incInstance();
-            m_found.push_back({tag, at});
+    for (const CItem& item : m_doc_strippedDown) {
+        if (item.tag != nullptr) {
+            item.tag->incInstance();
+            ++m_found;
         }
     }
 }
@@ -170,27 +208,40 @@ void Parser::checkHeaderTagsEq() const {
 // The text of an element is what follows its name. An offset or value belongs to
 // the latest "register_set", and before any to the first module.
 void Parser::placeTextNodesinTags() {
-    for (const CFound& found : m_found) {
-        Tag& tag = *found.tag;
-        if (found.at + 1 == m_doc_strippedDown.size()) {
-            Refuse("\"" + std::string(tag.getTagname()) + "\" is the last item and has no text");
-        }
-        const bool in_set = tag.getTagID() == OFFSET || tag.getTagID() == VALUE;
-        if (!in_set) {
-            tag.incEntryCount();
-        }
-        if (tag.getTagID() == REGISTER_SET) {
-            m_dimmTableTags.offset.incEntryCount();
-            m_dimmTableTags.value.incEntryCount();
-        }
-        m_text_nodes.push_back({std::string(View(m_doc_strippedDown[found.at + 1])),
-                                std::max(tag.getEntryCount(), uint32_t{1})});
-        tag.insertaTextNode(&m_text_nodes.back());
+    m_text_nodes.reserve(m_found);  // the tags point into it
+    for (const auto& [id, tag] : m_TagContainer) {
+        tag->reserveTextNodes();
     }
+    for (size_t at = 0; at < m_doc_strippedDown.size(); ++at) {
+        if (Tag* tag = m_doc_strippedDown[at].tag) {
+            placeTextNode(*tag, at + 1);
+        }
+    }
+}
+
+void Parser::placeTextNode(Tag& tag, size_t text_at) {
+    const bool has_text = text_at < m_doc_strippedDown.size();
+    // A module without registers ends in one that is empty.
+    if (!has_text && tag.getTagID() != REGISTER_SET) {
+        Refuse("\"" + std::string(tag.getTagname()) + "\" is the last item and has no text");
+    }
+    if (tag.getTagID() != OFFSET && tag.getTagID() != VALUE) {
+        tag.incEntryCount();
+    }
+    if (tag.getTagID() == REGISTER_SET) {
+        m_dimmTableTags.offset.incEntryCount();
+        m_dimmTableTags.value.incEntryCount();
+    }
+    const CItem item = has_text ? m_doc_strippedDown[text_at] : CItem();
+    m_text_nodes.push_back({.textString = Text(item.text),
+                            .number = item.number,
+                            .entry = std::max(tag.getEntryCount(), uint32_t{1})});
+    tag.insertaTextNode(&m_text_nodes.back());
 }
 
 std::vector<std::string> Parser::printDimmTable() const {
     std::vector<std::string> pieces;
+    pieces.reserve(CountPieces(*m_dimmtable));
     for (uint32_t k = 0; k < m_dimmtable->num_Entries; ++k) {
         diag_pf_send_log(LW_SW_TRACE, "printDimmTable()[%d]...\n\n", k);
         AppendEntryText(pieces, *m_dimmtable, m_dimmtable->entry[k]);

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <vector>
 
@@ -55,13 +54,17 @@ class Parser {
     void checkTagsNonZero() const;
     void checkHeaderTagsEq() const;
     void placeTextNodesinTags();
+    void placeTextNode(Tag& tag, size_t text_at);
+    void dropDocument();
     std::vector<std::string> printDimmTable() const;
 
-    // A known element in the flattened document.
-    struct CFound {
-        Tag* tag;
-        size_t at;
+    // A name or a text of the flattened document.
+    struct CItem {
+        const xmlChar* text = BAD_CAST "";
+        Tag* tag = nullptr;   // where it is the name of a known element
+        uint64_t number = 0;  // behind such a name
     };
+    void append(const xmlChar* text);
 
     MTag m_TagContainer;
     DimmTableTags m_dimmTableTags;
@@ -69,9 +72,9 @@ class Parser {
     CDimmTableDocument m_document;
     DataAssigner m_Assigner;
     // Element names and texts in document order; the document owns them.
-    std::vector<const xmlChar*> m_doc_strippedDown;
+    std::vector<CItem> m_doc_strippedDown;
     size_t m_entity_nodes = 0;
-    std::vector<CFound> m_found;
-    std::deque<TextNode> m_text_nodes;
+    size_t m_found = 0;  // names of known elements
+    std::vector<TextNode> m_text_nodes;
     DimmTable* const m_dimmtable;
 };

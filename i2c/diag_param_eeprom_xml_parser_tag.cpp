@@ -15,10 +15,8 @@ std::vector<Tag*> TagsOccurring(const MTag& tags, uint32_t instances) {
     return found;
 }
 
-template <class Value>
-Value* FoundIn(const auto& map, const auto& key) {
-    const auto found = map.find(key);
-    return found == map.end() ? nullptr : found->second;
+uint8_t InitialOf(std::string_view name) {
+    return name.empty() ? uint8_t{0} : static_cast<uint8_t>(name.front());
 }
 
 }  // namespace
@@ -43,16 +41,25 @@ uint32_t Tag::getTextNodeCountwith(uint32_t entry) const {
 
 bool MTag::insert(Tag* tag) {
     const bool by_id = m_tagMap.emplace(tag->getTagID(), tag).second;
-    const bool by_name = m_CtagMap.emplace(tag->getTagname(), tag).second;
+    const bool by_name = find(tag->getTagname()) == nullptr;
+    if (by_name) {
+        m_CtagMap[InitialOf(tag->getTagname())].push_back(tag);
+    }
     return by_id && by_name;
 }
 
 Tag* MTag::find(tag_types id) const {
-    return FoundIn<Tag>(m_tagMap, id);
+    const auto found = m_tagMap.find(id);
+    return found == m_tagMap.end() ? nullptr : found->second;
 }
 
 Tag* MTag::find(std::string_view name) const {
-    return FoundIn<Tag>(m_CtagMap, name);
+    for (Tag* tag : m_CtagMap[InitialOf(name)]) {
+        if (name == tag->getTagname()) {
+            return tag;
+        }
+    }
+    return nullptr;
 }
 
 std::vector<Tag*> MTag::find_Min_instance_tag() const {

@@ -1,9 +1,9 @@
 // The elements that a DIMM table document is made of, and what was found of each.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -25,8 +25,9 @@ enum tag_types : uint32_t {
 
 // The text of one occurrence of an element.
 struct TextNode {
-    std::string textString;
-    uint32_t entry = 0;  // the module that it belongs to, from 1
+    const char* textString = "";  // the document's own
+    uint64_t number = 0;          // what the text is as a hexadecimal number
+    uint32_t entry = 0;           // the module that it belongs to, from 1
 };
 
 // One known element.
@@ -54,6 +55,8 @@ class Tag {
 
     // Appends; `node` must live as long as this tag is asked for it.
     void insertaTextNode(TextNode* node) { m_text_nodes.push_back(node); }
+    void reserveTextNodes() { m_text_nodes.reserve(m_instance); }
+    void dropTextNodes() { m_text_nodes = {}; }
     std::vector<TextNode*> getTextnodes() const { return m_text_nodes; }
     size_t getTextNodeCount() const { return m_text_nodes.size(); }
     // Throws std::out_of_range.
@@ -97,7 +100,8 @@ class MTag {
 
   private:
     CTags m_tagMap;
-    std::map<std::string, Tag*, std::less<>> m_CtagMap;
+    // By the first byte of the name, which tells nearly all names and texts apart.
+    std::array<std::vector<Tag*>, 256> m_CtagMap;
 };
 
 // One tag for each known element.

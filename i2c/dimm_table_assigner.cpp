@@ -1,14 +1,11 @@
 #include "i2c/dimm_table_assigner.h"
 
-#include <cstdlib>
 #include <cstring>
 
 #include "framework/diag_functions.h"
 #include "framework/diag_log_word.h"
 
 namespace {
-
-constexpr int HEX_BASE = 16;
 
 uint32_t Low32(uint64_t value) {
     return static_cast<uint32_t>(value);
@@ -27,8 +24,10 @@ void DataAssigner::assignData() {
 }
 
 void DataAssigner::makeSZ() {
+    const size_t entries = m_mTag->find(JEDEC_MANUFACTURER_ID)->getInstance();
     m_pdimmTable->entry.clear();
-    m_pdimmTable->entry.resize(m_mTag->find(JEDEC_MANUFACTURER_ID)->getInstance());
+    m_pdimmTable->entry.reserve(2 * entries);
+    m_pdimmTable->entry.resize(entries);
 }
 
 void DataAssigner::assign_entry(uint32_t i) {
@@ -50,14 +49,22 @@ void DataAssigner::assign_a(tag_types id, Entries* entry, uint32_t i) {
     while (next < count && tag.getaTextNode(next)->entry <= i) {
         ++next;
     }
-    for (uint32_t at = next; at < count && tag.getaTextNode(at)->entry == i + 1; ++at) {
-        const std::string& text = tag.getaTextNode(at)->textString;
-        convert_n_store(id, entry, std::strtoull(text.c_str(), nullptr, HEX_BASE), text);
+    uint32_t end = next;
+    while (end < count && tag.getaTextNode(end)->entry == i + 1) {
+        ++end;
+    }
+    if (id == OFFSET) {
+        entry->Register_Array.reg_offset.reserve(end - next);
+    } else if (id == VALUE) {
+        entry->Register_Array.reg_val.reserve(end - next);
+    }
+    for (uint32_t at = next; at < end; ++at) {
+        const TextNode& node = *tag.getaTextNode(at);
+        convert_n_store(id, entry, node.number, node.textString);
     }
 }
 
-void DataAssigner::convert_n_store(tag_types id, Entries* entry, uint64_t value,
-                                   const std::string& text) {
+void DataAssigner::convert_n_store(tag_types id, Entries* entry, uint64_t value, const char* text) {
     switch (id) {
         case DIMM_VERSION:
             m_pdimmTable->dimm_version = Low32(value);
@@ -70,10 +77,10 @@ void DataAssigner::convert_n_store(tag_types id, Entries* entry, uint64_t value,
             m_pdimmTable->signature = Low32(value);
             break;
         case DIMM_PART_NUM:
-            entry->partNum = std::make_unique<char[]>(text.size() + 1);
-            std::memcpy(entry->partNum.get(), text.c_str(), text.size() + 1);
+            entry->partNum = std::make_unique<char[]>(std::strlen(text) + 1);
+            std::strcpy(entry->partNum.get(), text);
             diag_pf_send_log(LW_SW_TRACE, "convert_n_store[partNum=%d]:...%s\n",
-                             static_cast<int>(text.size()), entry->partNum.get());
+                             static_cast<int>(std::strlen(text)), entry->partNum.get());
             break;
         case REVISION_START:
             entry->rev_Start = Low32(value);

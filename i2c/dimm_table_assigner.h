@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
 
 #include "i2c/diag_param_eeprom_xml_parser_tag.h"
 #include "i2c/dimm_table.h"
@@ -20,7 +19,7 @@ class DataAssigner {
     void makeSZ();
     void assign_entry(uint32_t i);
     void assign_a(tag_types id, Entries* entry, uint32_t i);
-    void convert_n_store(tag_types id, Entries* entry, uint64_t value, const std::string& text);
+    void convert_n_store(tag_types id, Entries* entry, uint64_t value, const char* text);
 
     DimmTable* const m_pdimmTable;
     MTag* const m_mTag;

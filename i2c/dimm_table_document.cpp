@@ -16,6 +16,8 @@ namespace {
 // The headers that the tables of the field were first read with: 2.7.7.
 constexpr int XML_HEADERS = 20707;
 
+constexpr const char* TOO_MANY_BYTES = "more than 67108864 bytes";
+
 // The process-wide tables of libxml2, for as long as this library is loaded.
 // Cleaning up while any thread has still to use them, or only to end, is
 // undefined; so it is done once, not after every document.
@@ -48,11 +50,20 @@ struct CFreeContext {
 
 // What one reading has met so far. It is found again through the parser's context.
 struct CReading {
+    CReading(const char* name, int file) : filename(name), fd(file) {}
+
+    const char* const filename;
+    const int fd;
+    size_t bytes = 0;
+    size_t nodes_at = 0;  // where the latest node was met
     size_t nodes = 0;
+    size_t attributes = 0;
+    size_t references = 0;
     unsigned int depth = 0;
     bool looped = false;
     const char* passed = nullptr;  // the bound that was
     int line = 0;                  // where
+    int read_error = 0;            // of the operating system
     std::string fault;             // the first one of the XML
 };
 
@@ -64,20 +75,53 @@ CReading& ReadingOf(void* context) {
     return *static_cast<CReading*>(ContextOf(context)->_private);
 }
 
-// False once a bound was passed. An entity's text is parsed by a context of its
-// own, so the outer one has to be stopped too.
+// Notes the first bound that is passed.
+void CheckBounds(CReading& reading) {
+    if (reading.passed != nullptr) {
+        return;
+    }
+    if (reading.bytes > CDimmTableDocument::MAX_BYTES) {
+        reading.passed = TOO_MANY_BYTES;
+    } else if (reading.bytes - reading.nodes_at > CDimmTableDocument::MAX_MARKUP) {
+        // In one tag or in declarations, whose parts libxml2 compares each with each.
+        reading.passed = "more than 65536 bytes of markup in one piece";
+    } else if (reading.nodes > CDimmTableDocument::MAX_NODES) {
+        reading.passed = "more than 4194304 nodes";
+    } else if (reading.attributes > CDimmTableDocument::MAX_ATTRIBUTES) {
+        reading.passed = "more than 10000 attributes";
+    } else if (reading.references > CDimmTableDocument::MAX_REFERENCES) {
+        reading.passed = "more than 10000 references to entities";
+    } else if (reading.depth > CDimmTableDocument::MAX_DEPTH) {
+        reading.passed = "elements nested deeper than 64";
+    }
+}
+
+// Gives the parser the next piece, and the end of the file too early once a
+// bound was passed.
+int ReadPiece(void* context, char* to, int size) {
+    CReading& reading = *static_cast<CReading*>(context);
+    ssize_t count = 0;
+    do {
+        count = ::read(reading.fd, to, static_cast<size_t>(size));
+    } while (count < 0 && errno == EINTR);
+    if (count < 0) {
+        reading.read_error = errno;
+        return 0;
+    }
+    reading.bytes += static_cast<size_t>(count);
+    CheckBounds(reading);
+    return reading.passed == nullptr ? static_cast<int>(count) : 0;
+}
+
+// Counts a node; false once a bound was passed. An entity's text is parsed by a
+// context of its own, so the outer one has to be stopped too.
 bool MayGoOn(void* context, size_t nodes) {
     CReading& reading = ReadingOf(context);
     reading.nodes += nodes;
-    if (reading.passed == nullptr) {
-        if (reading.nodes > CDimmTableDocument::MAX_NODES) {
-            reading.passed = "more than 4194304 nodes";
-        } else if (reading.depth > CDimmTableDocument::MAX_DEPTH) {
-            reading.passed = "elements nested deeper than 64";
-        }
-        reading.line = xmlSAX2GetLineNumber(context);
-    }
+    reading.nodes_at = reading.bytes;
+    CheckBounds(reading);
     if (reading.passed != nullptr) {
+        reading.line = reading.line == 0 ? xmlSAX2GetLineNumber(context) : reading.line;
         xmlStopParser(ContextOf(context));
     }
     return reading.passed == nullptr;
@@ -87,7 +131,8 @@ void StartElement(void* context, const xmlChar* name, const xmlChar* prefix, con
                   int spaces, const xmlChar** space_list, int attributes, int defaulted,
                   const xmlChar** attribute_list) {
     ++ReadingOf(context).depth;
-    if (MayGoOn(context, 1 + static_cast<size_t>(spaces + attributes))) {
+    ReadingOf(context).attributes += static_cast<size_t>(spaces + attributes);
+    if (MayGoOn(context, 1)) {
         xmlSAX2StartElementNs(context, name, prefix, uri, spaces, space_list, attributes, defaulted,
                               attribute_list);
     }
@@ -130,25 +175,35 @@ void Reference(void* context, const xmlChar* name) {
     }
 }
 
+// Of entities within entities a few lines make any number of references.
+xmlEntity* Entity(void* context, const xmlChar* name) {
+    ++ReadingOf(context).references;
+    return MayGoOn(context, 0) ? xmlSAX2GetEntity(context, name) : nullptr;
+}
+
+xmlEntity* ParameterEntity(void* context, const xmlChar* name) {
+    ++ReadingOf(context).references;
+    return MayGoOn(context, 0) ? xmlSAX2GetParameterEntity(context, name) : nullptr;
+}
+
 // Nothing beside the document itself is ever read.
 xmlParserInput* ResolveNothing(void*, const xmlChar*, const xmlChar*) {
     return nullptr;
 }
 
+// Faults inside an entity have no file: lines are counted in the entity then.
 std::string TextOf(const xmlError& error, const char* filename) {
     std::string text = error.message != nullptr ? error.message : "not well-formed";
     text.erase(text.find_last_not_of(" \n") + 1);
-    return (error.file != nullptr ? error.file : filename) + std::string(":") +
-           std::to_string(error.line) + ": " + text;
+    const std::string line = error.file != nullptr ? ":" + std::to_string(error.line) : "";
+    return filename + line + ": " + text;
 }
 
 void KeepFirstFault(void* context, xmlErrorPtr error) {
     CReading& reading = ReadingOf(context);
     reading.looped = reading.looped || error->code == XML_ERR_ENTITY_LOOP;
     if (reading.fault.empty() && error->level >= XML_ERR_ERROR) {
-        reading.fault = TextOf(*error, ContextOf(context)->input != nullptr
-                                           ? ContextOf(context)->input->filename
-                                           : nullptr);
+        reading.fault = TextOf(*error, reading.filename);
     }
 }
 
@@ -161,6 +216,8 @@ void SetHandlers(xmlSAXHandler& sax) {
     sax.comment = Comment;
     sax.processingInstruction = Instruction;
     sax.reference = Reference;
+    sax.getEntity = Entity;
+    sax.getParameterEntity = ParameterEntity;
     sax.resolveEntity = ResolveNothing;
     sax.serror = KeepFirstFault;
 }
@@ -195,22 +252,27 @@ CDimmTableDocument::EResult CDimmTableDocument::Read(const char* filename) {
         return Refuse(EResult::NO_DOCUMENT, name + ": is not a plain file");
     }
     if (static_cast<uint64_t>(info.st_size) > MAX_BYTES) {
-        return Refuse(EResult::TOO_LARGE, name + ": more than 67108864 bytes");
+        return Refuse(EResult::TOO_LARGE, name + ": " + TOO_MANY_BYTES);
     }
 
     const std::unique_ptr<xmlParserCtxt, CFreeContext> context(xmlNewParserCtxt());
     if (context == nullptr) {
         return Refuse(EResult::NO_DOCUMENT, name + ": " + ReasonOf(ENOMEM));
     }
-    CReading reading;
+    CReading reading(filename, file.Get());
     context->_private = &reading;
     SetHandlers(*context->sax);
-    m_doc.reset(xmlCtxtReadFd(context.get(), file.Get(), filename, nullptr, XML_PARSE_NONET));
+    m_doc.reset(xmlCtxtReadIO(context.get(), ReadPiece, nullptr, &reading, filename, nullptr,
+                              XML_PARSE_NONET));
+    if (reading.read_error != 0) {
+        return Refuse(EResult::NO_DOCUMENT, name + ": " + ReasonOf(reading.read_error));
+    }
     if (reading.passed != nullptr) {
-        return Refuse(EResult::TOO_LARGE,
-                      name + ":" + std::to_string(reading.line) + ": " + reading.passed);
+        const std::string line = reading.line != 0 ? ":" + std::to_string(reading.line) : "";
+        return Refuse(EResult::TOO_LARGE, name + line + ": " + reading.passed);
     }
     if (m_doc != nullptr) {
+        m_nodes = reading.nodes;
         return EResult::READ;
     }
     return Refuse(reading.looped ? EResult::TOO_LARGE : EResult::NO_DOCUMENT,

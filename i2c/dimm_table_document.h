@@ -10,7 +10,10 @@
 class CDimmTableDocument {
   public:
     static constexpr size_t MAX_BYTES = 64UL << 20;
-    static constexpr size_t MAX_NODES = 4UL << 20;  // attributes and white space included
+    static constexpr size_t MAX_NODES = 4UL << 20;    // white space included
+    static constexpr size_t MAX_ATTRIBUTES = 10'000;  // of all elements together; none counts
+    static constexpr size_t MAX_REFERENCES = 10'000;  // to entities, within entities too
+    static constexpr size_t MAX_MARKUP = 64UL << 10;  // bytes from one node to the next
     static constexpr unsigned int MAX_DEPTH = 64;
 
     enum class EResult {
@@ -26,8 +29,12 @@ class CDimmTableDocument {
 
     // Reads that file alone: neither the network nor what it names elsewhere.
     EResult Read(const char* filename);
+    // What Root returned ends with it.
+    void Drop() { m_doc.reset(); }
     // Null when nothing was read.
     xmlNode* Root() const;
+    // No fewer nodes than there are, attributes not counted.
+    size_t NodeCount() const { return m_nodes; }
     // What was wrong, with file and line; empty while nothing was.
     const std::string& Fault() const { return m_fault; }
 
@@ -39,5 +46,6 @@ class CDimmTableDocument {
     EResult Refuse(EResult result, std::string fault);
 
     std::unique_ptr<xmlDoc, CFreeDoc> m_doc;
+    size_t m_nodes = 0;
     std::string m_fault;
 };

@@ -55,13 +55,6 @@ void CParamEepromCmdCheck::Invoke(CInMsg& in, COutMsg& out) {
     }
 }
 
-uint32_t CParamEepromCmdCheck::readWord() {
-    CheckStop();
-    const uint32_t word = eeprom_read32(m_offset);
-    placeDimmTblInArray(m_offset, word);
-    return word;
-}
-
 void CParamEepromCmdCheck::note(int& field, bool match) {
     field = match ? EEPROM_MATCH : EEPROM_MISMATCH;
     if (!match) {

@@ -56,8 +56,6 @@ class CParamEepromCmdCheck : public virtual CParamEepromCmd {
     // Returns the checksum of what was read.
     uint32_t checkCRC();
 
-    // Reads the word at m_offset into the copy.
-    uint32_t readWord();
     // Notes the result of one comparison in `field`.
     void note(int& field, bool match);
     void printResults() const;

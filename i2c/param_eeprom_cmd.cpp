@@ -12,8 +12,6 @@ namespace {
 constexpr uint32_t WORD = 4;
 constexpr uint32_t HEADER_WORDS = 5;
 constexpr uint32_t PAIR_BYTES = 8;
-// What a 16-bit offset reaches.
-constexpr uint32_t LARGEST_IMAGE = 0x10000;
 
 // The cards that have a table of their own.
 constexpr std::array<const char*, 9> CARDS = {"Orvalis", "Damaskel", "Frostwhale",
@@ -57,8 +55,8 @@ CParamEepromCmd::CParamEepromCmd(const std::string& name, const std::string& des
 
 CParamEepromCmd::~CParamEepromCmd() = default;
 
-void CParamEepromCmd::CheckStop() {
-    if (IsStopReq()) {
+void CParamEepromCmd::countWords(uint32_t done, uint32_t total) {
+    if (!ProgressCb(done, total)) {
         throw CStopped();
     }
 }
@@ -203,27 +201,4 @@ void CParamEepromCmd::setDimmTableSz(DimmTable* table) const {
     }
     table->dimmtable_size = WORD * (HEADER_WORDS + table->num_Entries * entry_words + 2 * pairs);
     SendLog(LW_SW_TRACE, "size of dimmtable = %d\n", table->dimmtable_size);
-}
-
-void CParamEepromCmd::requireStorable() const {
-    for (uint32_t i = 0; i < m_dimmtable->num_Entries; ++i) {
-        const Entries& entry = m_dimmtable->entry[i];
-        const size_t offsets = entry.Register_Array.reg_offset.size();
-        const size_t values = entry.Register_Array.reg_val.size();
-        if (offsets > values) {
-            throw CDiagException("Dimm[%u] \"%s\": %zu register offsets but %zu values\n", i,
-                                 entry.PartNumText(), offsets, values);
-        }
-        if (values > offsets) {
-            SendLog(LW_WARN,
-                    "Dimm[%u] \"%s\": %zu register values but %zu offsets, the last %zu are not "
-                    "stored\n",
-                    i, entry.PartNumText(), values, offsets, values - offsets);
-        }
-    }
-    const uint32_t room = std::min(m_pDev->GetMemSize(), LARGEST_IMAGE);
-    if (m_dimmtable->dimmtable_size > room) {
-        throw CDiagException("the image has %u bytes, the EEPROM %u\n", m_dimmtable->dimmtable_size,
-                             room);
-    }
 }

@@ -10,13 +10,13 @@
 #include "framework/diag_exception.h"
 #include "framework/diag_func.h"
 #include "framework/diag_log_word.h"
-#include "framework/stoppable.h"
+#include "framework/long_work.h"
 #include "i2c/dimm_image.h"
 #include "i2c/dimm_table.h"
 
 class CDiagParamEepromDevice;
 
-class CParamEepromCmd : public CDiagFunc, public CStoppable {
+class CParamEepromCmd : public CDiagFunc, public CLongWork {
   public:
     // The table that is taken when the operator names none.
     static constexpr const char* DEFAULT_FILE =
@@ -39,8 +39,8 @@ class CParamEepromCmd : public CDiagFunc, public CStoppable {
     // Does one step; a failure is logged with the step's name and passed on.
     template <class Work>
     auto Step(const char* function, Work&& work) -> decltype(work());
-    // Between two words: throws when the operator wants no more.
-    static void CheckStop();
+    // Between two words, `done` of `total`: throws when the operator wants no more.
+    void countWords(uint32_t done, uint32_t total);
 
     // Reads the request. Throws CDiagException.
     void getInput(CInMsg& in);
@@ -60,9 +60,14 @@ class CParamEepromCmd : public CDiagFunc, public CStoppable {
     virtual void getDefDimmTable();
     // Works out how large the image is and where each module's registers begin.
     void setDimmTableSz(DimmTable* table) const;
+    uint32_t ImageWords() const {
+        return static_cast<uint32_t>(m_dimmtbl_arr.size() / sizeof(uint32_t));
+    }
     CDimmLayout Layout() const { return CDimmLayout::Of(*m_dimmtable); }
     // Throws CDiagException when the table cannot be stored in this EEPROM.
     void requireStorable() const;
+    // Says what of a module the image has no room for.
+    void warnOfCuts(uint32_t i) const;
 
     // One word of the EEPROM. Failures are logged; a word that could not be read
     // is 0xFFFFFFFF.
@@ -71,6 +76,9 @@ class CParamEepromCmd : public CDiagFunc, public CStoppable {
     // Writes, waits, reads back and keeps the word in the copy. Throws
     // CDiagException when another word was read.
     void eeprom_write32_verify(const uint16_t& offset, const uint32_t& value);
+
+    // Reads the word at m_offset and keeps it in the copy.
+    uint32_t readWord();
 
     // The header's words that programming and checking share.
     void setDimmTableLength();
@@ -86,8 +94,8 @@ class CParamEepromCmd : public CDiagFunc, public CStoppable {
 
     std::string m_param_xml_filename;  // empty: the default one
     bool m_xmlfile_specified = false;
-    uint16_t m_offset = 0;         // of the next word, in bytes
-    uint32_t m_words_written = 0;  // by this invocation
+    uint16_t m_offset = 0;       // of the next word, in bytes
+    uint32_t m_words_moved = 0;  // by this invocation
     std::unique_ptr<DimmTable> m_dimmtable;
     // The bytes of the image, as the EEPROM holds them.
     std::vector<uint8_t> m_dimmtbl_arr;
@@ -109,8 +117,9 @@ class CParamEepromCmd : public CDiagFunc, public CStoppable {
 
 template <class Steps>
 CParamEepromCmd::EEnd CParamEepromCmd::RunSteps(COutMsg& out, Steps&& steps) {
-    m_words_written = 0;
+    m_words_moved = 0;
     try {
+        countWords(0, 0);
         steps();
         return EEnd::DONE;
     } catch (const CStopped&) {

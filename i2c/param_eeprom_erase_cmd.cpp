@@ -40,8 +40,10 @@ void CParamEepromCmdErase::Invoke(CInMsg&, COutMsg& out) {
 }
 
 void CParamEepromCmdErase::eraseEeprom(uint32_t length) {
-    for (m_offset = 0; m_offset < length; m_offset += WORD) {
-        CheckStop();
-        eeprom_write32(m_offset, ERASED);
-    }
+    Step("eraseEeprom", [this, length] {
+        for (m_offset = 0; m_offset < length; m_offset += WORD) {
+            countWords(m_offset / WORD, (length + WORD - 1) / WORD);
+            eeprom_write32(m_offset, ERASED);
+        }
+    });
 }

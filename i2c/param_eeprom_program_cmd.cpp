@@ -170,14 +170,12 @@ void CParamEepromCmdWrite::writeCRC() {
 }
 
 void CParamEepromCmdWrite::reportIncomplete(EEnd end) const {
-    const char* how = end == EEnd::STOPPED ? "stopped" : "failed";
-    if (m_words_written == 0) {
-        SendLog(LW_WARN, "Programming %s, nothing was written\n", how);
-        return;
+    if (m_words_moved != 0) {
+        SendLog(LW_WARN,
+                "Programming %s at word %u of %u: the image is incomplete and a check will fail, "
+                "unless the EEPROM held this very table before. Program it again.\n",
+                end == EEnd::STOPPED ? "stopped" : "failed", m_words_moved, ImageWords());
+    } else if (end == EEnd::STOPPED) {
+        SendLog(LW_WARN, "Programming stopped before the first word, the EEPROM is as it was\n");
     }
-    SendLog(
-        LW_WARN,
-        "Programming %s at word %u of %u: the image is incomplete and a check will fail, unless "
-        "the EEPROM held this very table before. Program it again.\n",
-        how, m_words_written, m_dimmtable->dimmtable_size / WORD);
 }

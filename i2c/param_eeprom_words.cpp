@@ -100,8 +100,8 @@ void CParamEepromCmd::swal_eeprom_write32(uint16_t offset, uint32_t value) const
 }
 
 void CParamEepromCmd::eeprom_write32_verify(const uint16_t& offset, const uint32_t& value) {
-    CheckStop();
-    ++m_words_written;
+    countWords(m_words_moved, ImageWords());
+    ++m_words_moved;
     try {
         eeprom_write32(offset, value);
         MsSleep(WRITE_CYCLE_MS);
@@ -119,6 +119,14 @@ void CParamEepromCmd::eeprom_write32_verify(const uint16_t& offset, const uint32
                 "eeprom_write32_verify");
         throw;
     }
+}
+
+uint32_t CParamEepromCmd::readWord() {
+    countWords(m_words_moved, ImageWords());
+    const uint32_t word = eeprom_read32(m_offset);
+    placeDimmTblInArray(m_offset, word);
+    ++m_words_moved;
+    return word;
 }
 
 void CParamEepromCmd::setDimmTableLength() {
@@ -143,8 +151,7 @@ void CParamEepromCmd::setNumEntriesHeader() {
 uint32_t CParamEepromCmd::checkDimmTableLength() {
     return Step("checkDimmTableLength", [this] {
         m_offset = DIMM_LENGTH_AT;
-        const uint32_t length = eeprom_read32(m_offset);
-        placeDimmTblInArray(m_offset, length);
+        const uint32_t length = readWord();
         SendLog(LW_SW_TRACE, "Dimm length : 0x%08X\n", length);
         SendLog(LW_SW_TRACE, "Getting Dimm length in header : DONE\n");
         return length;

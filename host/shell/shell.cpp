@@ -150,7 +150,7 @@ EExitStatus CShell::RunInForeground(CDiagObj& node, const std::vector<std::strin
     open.Begin();
     EResCode code = MSG_ERR_NORESP;
     {
-        CRunWatch::CRunning running(m_watch, PathOf(node), node.GetName(), run.Test());
+        CRunWatch::CRunning running(m_watch, PathOf(node), node.GetName(), &run.Node());
         CForegroundStop stop(m_terminal, running, run);
         const CForeground foreground(m_interrupt,
                                      [&stop] { stop.OnInterrupt(GetDiagClock().NowMs()); });

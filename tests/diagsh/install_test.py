@@ -6,6 +6,7 @@ prefix in CMAKE, BUILD, BINDIR and DATADIR.
 
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import tempfile
@@ -17,8 +18,13 @@ class Install(unittest.TestCase):
     def setUpClass(cls):
         cls.folder = pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
         built_for = cls.folder / "first"
-        subprocess.run([os.environ["CMAKE"], "--install", os.environ["BUILD"], "--prefix",
-                        built_for], check=True, capture_output=True, timeout=120)
+        done = subprocess.run([os.environ["CMAKE"], "--install", os.environ["BUILD"], "--prefix",
+                               built_for], check=True, capture_output=True, text=True,
+                              timeout=120)
+        installed = re.findall(r"^-- (?:Installing|Up-to-date): (.*)$", done.stdout, re.MULTILINE)
+        cls.elsewhere = [path for path in installed
+                         if not pathlib.Path(path).is_relative_to(built_for)]
+        cls.installed = len(installed)
         # Nothing may remember where it was put first.
         cls.prefix = cls.folder / "second"
         shutil.move(built_for, cls.prefix)
@@ -30,6 +36,10 @@ class Install(unittest.TestCase):
     def run_diagsh(self, *words):
         return subprocess.run(words, capture_output=True, text=True, timeout=60, check=True,
                               stdin=subprocess.DEVNULL).stdout
+
+    def test_nothing_is_put_outside_of_the_prefix(self):
+        self.assertGreater(self.installed, 0)
+        self.assertEqual(self.elsewhere, [])
 
     def test_it_says_its_version(self):
         self.assertRegex(self.run_diagsh(self.diagsh, "--version"),
@@ -61,8 +71,24 @@ class Install(unittest.TestCase):
 
     def test_documents_are_where_they_are_looked_for(self):
         for name in ("man/man1/diagsh.1", "bash-completion/completions/diagsh",
-                     "morva-diags/diagsh.schema.json"):
+                     "morva-diags/diagsh.schema.json", "morva-diags/dimm_table.rng"):
             self.assertTrue((self.data / name).is_file(), name)
+
+    def test_the_tables_of_memory_modules_are_where_they_are_looked_for(self):
+        # With the prefix /usr the first is the one that the commands know; beside the blob
+        # they are found wherever it is.
+        for folder in (self.prefix / "lib/morva/diags/bin/xml",
+                       self.data / "morva-diags" / "quillbank" / "xml"):
+            tables = [folder / name for name in ("prog_param_quillbank.xml",
+                                                 "prog_param_quillbank_extended.xml")]
+            subprocess.run(["xmllint", "--noout", "--relaxng",
+                            self.data / "morva-diags" / "dimm_table.rng", *tables],
+                           check=True, capture_output=True, timeout=60)
+
+    def test_the_parameter_eeprom_is_programmed_without_naming_a_table(self):
+        eeprom = "/i2c-0/pca9547-0/ch1/pca9548-0/ch2/param-eeprom"
+        self.assertIn("EEPROM Parameters Verification PASSED\n", self.run_diagsh(
+            *self.words, "-c", f"{eeprom}/prog-param-eeprom && {eeprom}/check-param-eeprom"))
 
 
 if __name__ == "__main__":

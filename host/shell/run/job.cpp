@@ -112,14 +112,13 @@ std::string CJob::State() const {
         return *wait;
     }
     const std::string state = m_stop_requested ? "stopping" : "running";
-    const CDiagTestBase* test = m_run->Test();
-    const std::string percent = test != nullptr ? PercentOf(AmountOf(*test)) : "";
+    const std::string percent = PercentOf(CRunNote::AmountOf(m_run->Node()));
     return percent.empty() ? state : state + " " + percent;
 }
 
 void CJob::Stop() {
     const bool waits = m_watch.WaitOf(m_thread.get_id()).has_value();
-    const bool stoppable = waits || m_run->Test() != nullptr;
+    const bool stoppable = waits || m_run->CanStop();
     // Said before it is done, or the end could come first.
     if (stoppable) {
         m_stop_requested = true;

@@ -5,6 +5,7 @@
 
 #include "framework/diag_exception.h"
 #include "framework/diag_test_base.h"
+#include "framework/long_work.h"
 #include "host/device_lock.h"
 #include "host/diag_tree.h"
 #include "host/shell/node_kind.h"
@@ -51,6 +52,10 @@ CNodeRun::CNodeRun(CDiagObj& node, const std::vector<std::string>& arguments, st
 
 const CDiagTestBase* CNodeRun::Test() const {
     return dynamic_cast<const CDiagTestBase*>(&m_node);
+}
+
+bool CNodeRun::CanStop() const {
+    return Test() != nullptr || dynamic_cast<const CLongWork*>(&m_node) != nullptr;
 }
 
 void CNodeRun::Describe(CRunRecord& record) const {

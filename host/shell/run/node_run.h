@@ -27,6 +27,8 @@ class CNodeRun {
     const std::string& Title() const { return m_title; }
     // The node as a test; null when it is none.
     const CDiagTestBase* Test() const;
+    // Whether it can be stopped while it runs.
+    bool CanStop() const;
 
     // Says in `record` what is run.
     void Describe(CRunRecord& record) const;

@@ -56,10 +56,6 @@ std::string PercentOf(const CRunNote::CAmount& amount) {
     return amount.total == 0 ? "" : std::to_string(ShareOf(amount, 100)) + "%";
 }
 
-CRunNote::CAmount AmountOf(const CDiagTestBase& test) {
-    return {test.GetProgressDone(), test.GetProgressTotal()};
-}
-
 CProgressLine::CProgressLine(std::string name, const CDiagTestBase* test, const CRunNote& note)
     : m_name(std::move(name)), m_test(test), m_note(note) {}
 
@@ -79,7 +75,7 @@ void CProgressLine::Look(uint64_t now) {
         m_begun = now;
         m_line_told = now;
     }
-    m_amount = m_test != nullptr ? AmountOf(*m_test) : m_note.Amount();
+    m_amount = m_test != nullptr ? CRunNote::AmountOf(*m_test) : m_note.Amount();
     m_rate.Look(now, m_amount.done);
 }
 

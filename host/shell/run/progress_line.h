@@ -56,4 +56,3 @@ class CProgressLine {
 
 // "45%"; empty when the total is not known.
 std::string PercentOf(const CRunNote::CAmount& amount);
-CRunNote::CAmount AmountOf(const CDiagTestBase& test);

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "framework/diag_test_base.h"
+#include "framework/long_work.h"
+
 namespace {
 
 // More than any screen shows of it.
@@ -12,7 +15,7 @@ thread_local CRunNote* t_here = nullptr;
 
 }  // namespace
 
-CRunNote::CRunNote() : m_outer(t_here) {
+CRunNote::CRunNote(const CDiagMenu* node) : m_outer(t_here), m_node(node) {
     t_here = this;
 }
 
@@ -39,8 +42,26 @@ std::string CRunNote::Text() const {
 }
 
 CRunNote::CAmount CRunNote::Amount() const {
+    const CAmount amount = m_node != nullptr ? AmountOf(*m_node) : CAmount();
     const std::lock_guard<std::mutex> guard(m_lock);
-    return m_amount;
+    return amount.total != 0 ? amount : m_amount;
+}
+
+CRunNote::CAmount CRunNote::AmountOf(const CDiagMenu& node) {
+    if (const auto* test = dynamic_cast<const CDiagTestBase*>(&node)) {
+        return {test->GetProgressDone(), test->GetProgressTotal()};
+    }
+    if (const auto* work = dynamic_cast<const CLongWork*>(&node)) {
+        return {work->GetProgressDone(), work->GetProgressTotal()};
+    }
+    return {};
+}
+
+CRunNote::ERank CRunNote::RankOf(const CLogRecord& record) const {
+    if (LogTypeOf(record.logword) == LOG_LT_PROGRESS) {
+        return PROGRESS;
+    }
+    return record.node != nullptr && record.node == m_node ? OWN_TRACE : OTHERS_TRACE;
 }
 
 void CRunNote::Set(std::string_view text) {
@@ -60,7 +81,7 @@ bool CRunNote::CCatcher::Takes(unsigned int logword) const {
         case LOG_LT_PROGRESS:
             return true;
         case LOG_LT_SW_DEBUG_BASE:
-            return t_here->m_traces_only && LogLevelOf(logword) <= MAX_TRACE_LEVEL;
+            return t_here->m_rank < PROGRESS && LogLevelOf(logword) <= MAX_TRACE_LEVEL;
         default:
             return false;
     }
@@ -68,8 +89,12 @@ bool CRunNote::CCatcher::Takes(unsigned int logword) const {
 
 void CRunNote::CCatcher::Write(const CLogRecord& record) {
     // Another sink may have wanted it.
-    if (Takes(record.logword)) {
-        t_here->m_traces_only = LogTypeOf(record.logword) != LOG_LT_PROGRESS;
+    if (!Takes(record.logword)) {
+        return;
+    }
+    const ERank rank = t_here->RankOf(record);
+    if (rank >= t_here->m_rank) {
+        t_here->m_rank = rank;
         t_here->Set(record.text);
     }
 }

@@ -17,8 +17,9 @@ class CRunNote {
         uint64_t total = 0;  // 0 when it is not known
     };
 
-    // Is from now on what the calling thread's texts go to.
-    CRunNote();
+    // Is from now on what the calling thread's texts go to. `node` is what runs,
+    // null for a built-in: traces of its own go before those of the way to a device.
+    explicit CRunNote(const CDiagMenu* node = nullptr);
     ~CRunNote();
     CRunNote(const CRunNote&) = delete;
     CRunNote& operator=(const CRunNote&) = delete;
@@ -26,6 +27,9 @@ class CRunNote {
     // Note something of what the calling thread runs, if that has a note.
     static void Say(std::string_view text);
     static void Count(uint64_t done, uint64_t total);
+
+    // How far a test, or a command that tells it, is.
+    static CAmount AmountOf(const CDiagMenu& node);
 
     // The first line of the latest text, as it was said.
     std::string Text() const;
@@ -39,10 +43,15 @@ class CRunNote {
     };
 
   private:
+    // What a text tells of the progress, from little to much.
+    enum ERank { OTHERS_TRACE, OWN_TRACE, PROGRESS };
+
     void Set(std::string_view text);
+    ERank RankOf(const CLogRecord& record) const;
 
     CRunNote* const m_outer;
-    bool m_traces_only = true;  // texts that were meant to tell the progress go before traces
+    const CDiagMenu* const m_node;
+    ERank m_rank = OTHERS_TRACE;  // of the text; none of less is taken
     mutable std::mutex m_lock;
     std::string m_text;
     CAmount m_amount;

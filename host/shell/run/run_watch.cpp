@@ -4,6 +4,7 @@
 #include <chrono>
 #include <utility>
 
+#include "framework/diag_test_base.h"
 #include "host/device_lock.h"
 #include "host/diag_clock.h"
 #include "host/diag_tree.h"
@@ -170,8 +171,9 @@ void CRunWatch::Remove(std::list<CEntry>::iterator entry) {
 }
 
 CRunWatch::CRunning::CRunning(CRunWatch& watch, const std::string& name, const std::string& label,
-                              const CDiagTestBase* test)
-    : m_watch(watch), m_note(std::in_place) {
+                              const CDiagMenu* node)
+    : m_watch(watch), m_note(std::in_place, node) {
+    const auto* test = dynamic_cast<const CDiagTestBase*>(node);
     m_entry = watch.Add({std::this_thread::get_id(), name, 0, CProgressLine(label, test, *m_note)});
 }
 

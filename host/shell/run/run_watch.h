@@ -16,7 +16,7 @@
 #include "host/diag_log.h"
 #include "host/shell/run/run_note.h"
 
-class CDiagTestBase;
+class CDiagMenu;
 class CTerminal;
 
 class CRunWatch {
@@ -53,9 +53,9 @@ class CRunWatch {
     class CRunning {
       public:
         // In the foreground, or in what runs there already. `label` names it in
-        // few words; `test` is null for what is none.
+        // few words; `node` is null for a built-in.
         CRunning(CRunWatch& watch, const std::string& name, const std::string& label,
-                 const CDiagTestBase* test);
+                 const CDiagMenu* node);
         // In the job of that number.
         CRunning(CRunWatch& watch, const std::string& name, unsigned int job);
         ~CRunning();

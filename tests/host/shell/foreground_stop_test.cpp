@@ -27,7 +27,7 @@ class ForegroundStop : public JobBoard {
         CGate begun;
         CGate said;
         std::thread thread([&] {
-            CRunWatch::CRunning running(watch, "/a", node.GetName(), run.Test());
+            CRunWatch::CRunning running(watch, "/a", node.GetName(), &run.Node());
             CForegroundStop stop(m_terminal, running, run);
             m_stop = &stop;
             begun.Open();
