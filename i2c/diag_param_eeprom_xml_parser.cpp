@@ -96,18 +96,7 @@ std::vector<std::string> Parser::parse() {
         diag_pf_send_log(LW_ERR_TEST, "Error in Parsing. Check Xml file.\n");
         throw XML_FORMAT_ERROR;
     }
-    dropDocument();
     return printDimmTable();
-}
-
-// The text of the table is about as large as the document: not both at once.
-void Parser::dropDocument() {
-    for (const auto& [id, tag] : m_TagContainer) {
-        tag->dropTextNodes();
-    }
-    m_text_nodes = {};
-    m_doc_strippedDown = {};
-    m_document.Drop();
 }
 
 void Parser::getXmlDoc() {

@@ -55,7 +55,6 @@ class Parser {
     void checkHeaderTagsEq() const;
     void placeTextNodesinTags();
     void placeTextNode(Tag& tag, size_t text_at);
-    void dropDocument();
     std::vector<std::string> printDimmTable() const;
 
     // A name or a text of the flattened document.

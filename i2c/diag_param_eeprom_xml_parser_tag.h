@@ -56,7 +56,6 @@ class Tag {
     // Appends; `node` must live as long as this tag is asked for it.
     void insertaTextNode(TextNode* node) { m_text_nodes.push_back(node); }
     void reserveTextNodes() { m_text_nodes.reserve(m_instance); }
-    void dropTextNodes() { m_text_nodes = {}; }
     std::vector<TextNode*> getTextnodes() const { return m_text_nodes; }
     size_t getTextNodeCount() const { return m_text_nodes.size(); }
     // Throws std::out_of_range.

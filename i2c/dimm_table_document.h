@@ -29,8 +29,6 @@ class CDimmTableDocument {
 
     // Reads that file alone: neither the network nor what it names elsewhere.
     EResult Read(const char* filename);
-    // What Root returned ends with it.
-    void Drop() { m_doc.reset(); }
     // Null when nothing was read.
     xmlNode* Root() const;
     // No fewer nodes than there are, attributes not counted.

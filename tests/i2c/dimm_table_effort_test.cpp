@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstring>
 #include <optional>
+#include <string_view>
 #include <system_error>
 
 #include "tests/i2c/dimm_table_test.h"
@@ -99,7 +100,8 @@ TEST_F(DimmTableEffort, IsBoundedForParameterEntities) {
     for (int level = 1; level <= 9; ++level) {
         const std::string below = "&#37;l" + std::to_string(level - 1) + ";";
         declarations += "<!ENTITY % l" + std::to_string(level) + " \"" +
-                        Many(10, [&](const std::string&) { return below; }) + "\">\n";
+                        Many(10, [&](const std::string&) { return std::string_view(below); }) +
+                        "\">\n";
     }
     ExpectARefusal(Document(declarations + "%l9;", Required()));
 }
