@@ -42,6 +42,7 @@ class Tag {
           m_instance(other.m_instance),
           m_entryCount(other.m_entryCount) {}
     virtual ~Tag();
+    // NOLINTNEXTLINE(misc-unconventional-assign-operator): a kind of tag may keep more.
     virtual Tag& operator=(const Tag& other);
 
     tag_types getTagID() const { return m_tagID; }

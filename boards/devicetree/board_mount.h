@@ -15,5 +15,6 @@
 // cannot be mounted is reported with one warning and left out; the rest is
 // mounted. A device behind a multiplexer whose address answers nearer to the root
 // bus too is mounted, with a warning. The tree is needed no longer afterwards.
+// Throws CDiagException while another process has memories in the folder `state`.
 std::unique_ptr<CDiagMenu> MountBoard(const CDeviceTree& tree, const std::filesystem::path& folder,
                                       const std::filesystem::path& state);

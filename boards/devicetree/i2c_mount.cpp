@@ -162,6 +162,9 @@ CSimParts CI2cMount::CreateChip(const CDeviceRequest& request, const CBinding& b
     if (binding.create_chip == nullptr) {
         return {};
     }
+    if (request.eeprom != nullptr) {
+        LockState();
+    }
     const std::filesystem::path file =
         wire.Folder() / (toString(addr, VF_HEX | VF_PAD) + std::string(".bin"));
     return binding.create_chip({.node = request.node,
@@ -171,6 +174,14 @@ CSimParts CI2cMount::CreateChip(const CDeviceRequest& request, const CBinding& b
                                 .eeprom = request.eeprom,
                                 .contents = m_state / file,
                                 .image = m_images / file});
+}
+
+void CI2cMount::LockState() const {
+    try {
+        m_sim.LockState(m_state);
+    } catch (const CDiagException& fault) {
+        throw CContentsFault(fault.what());
+    }
 }
 
 void CI2cMount::MountUnknown(const CDeviceRequest& request, CDiagMenu& menu) {

@@ -42,6 +42,8 @@ class CI2cMount {
     void MountDevice(const CDeviceTreeNode& node, const CMatch& match, uint8_t addr,
                      CI2cWire& wire);
     void MountKnown(CDeviceRequest& request, const CBinding& binding, uint8_t addr, CI2cWire& wire);
+    // To be called before a memory is made.
+    void LockState() const;
     void MountUnknown(const CDeviceRequest& request, CDiagMenu& menu);
     void ShowBelow(const CDeviceTreeNode& parent, CDiagMenu& menu);
     CSimParts CreateChip(const CDeviceRequest& request, const CBinding& binding, uint8_t addr,

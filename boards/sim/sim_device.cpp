@@ -43,6 +43,12 @@ void CSimDevice::AddContents(const std::string& name, CSimMemory& memory) {
     AddChild(new CSimContents(name, memory), NO_SORT);
 }
 
+void CSimDevice::LockState(const std::filesystem::path& folder) {
+    if (!m_state_lock.has_value()) {
+        m_state_lock.emplace(folder);
+    }
+}
+
 CSimBus& CSimDevice::GetBus(const std::string& name) const {
     std::string known;
     for (CSimBus* bus : m_buses) {

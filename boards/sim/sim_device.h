@@ -3,11 +3,14 @@
 // memory chip, reachable without the bus.
 #pragma once
 
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "boards/sim/sim_bus.h"
 #include "boards/sim/sim_memory.h"
+#include "boards/sim/state_lock.h"
 #include "framework/diag_device.h"
 
 class CSimDevice : public CDiagDevice {
@@ -18,6 +21,9 @@ class CSimDevice : public CDiagDevice {
     void AddBus(CSimBus& bus) { m_buses.push_back(&bus); }
     // Adds an array node of that name whose positions are the memory's offsets.
     void AddContents(const std::string& name, CSimMemory& memory);
+    // Keeps other processes away from the folder that the memories live in.
+    // Throws CDiagException when one has it already.
+    void LockState(const std::filesystem::path& folder);
 
     const std::vector<CSimBus*>& GetBuses() const { return m_buses; }
     // The bus of that name; throws CDiagException, listing the buses, when there is none.
@@ -25,4 +31,5 @@ class CSimDevice : public CDiagDevice {
 
   private:
     std::vector<CSimBus*> m_buses;
+    std::optional<CStateLock> m_state_lock;
 };

@@ -33,6 +33,7 @@ class CMountTest : public testing::Test {
     CDiagMenu& Mount(CBlobBuilder& builder) {
         const std::vector<uint8_t> blob = builder.Finish();
         const CDeviceTree tree("b.dtb", blob);
+        m_root.reset();  // two boards cannot have one folder
         m_root = MountBoard(tree, m_folder.Path(), m_folder.Path() / "state");
         return *m_root;
     }

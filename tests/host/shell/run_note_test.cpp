@@ -5,6 +5,8 @@
 #include <thread>
 
 #include "framework/diag_functions.h"
+#include "framework/diag_menu.h"
+#include "framework/long_work.h"
 #include "tests/support/allocation_counter.h"
 
 namespace {
@@ -44,6 +46,34 @@ TEST_F(RunNote, TakesWhatIsMeantAsProgressBeforeTraces) {
     CRunNote next;
     diag_pf_send_log(LW_SW_TRACE, "clear path\n");
     EXPECT_EQ(next.Text(), "clear path");
+}
+
+TEST_F(RunNote, TakesTracesOfWhatRunsBeforeThoseOfOthers) {
+    const CDiagMenu command(TFUNC, "program", "");
+    const CDiagMenu bus(TMENU, "bus", "");
+    const CRunNote note(&command);
+    bus.SendLog(LW_SW_TRACE, "select channel\n");
+    EXPECT_EQ(note.Text(), "select channel");
+    command.SendLog(LW_SW_TRACE, "writing\n");
+    bus.SendLog(LW_SW_TRACE, "disable all channels\n");
+    diag_pf_send_log(LW_SW_TRACE, "of nobody\n");
+    EXPECT_EQ(note.Text(), "writing");
+    bus.SendLog(LW_PROGRESS_15, "page 2\n");
+    command.SendLog(LW_SW_TRACE, "written\n");
+    EXPECT_EQ(note.Text(), "page 2");
+}
+
+TEST_F(RunNote, KnowsHowFarALongCommandIs) {
+    class CLongCmd : public CDiagMenu, public CLongWork {
+      public:
+        CLongCmd() : CDiagMenu(TFUNC, "program", "") {}
+        void Work(uint64_t done) { EXPECT_TRUE(ProgressCb(done, 10)); }
+    } command;
+    const CRunNote note(&command);
+    EXPECT_EQ(note.Amount().total, 0U);
+    command.Work(7);
+    EXPECT_EQ(note.Amount().done, 7U);
+    EXPECT_EQ(note.Amount().total, 10U);
 }
 
 TEST_F(RunNote, KeepsTheFirstLine) {

@@ -1,0 +1,19 @@
+// The folder with the contents of a simulated board belongs to one process at a
+// time: two would overwrite each other's memories, and both report success.
+#pragma once
+
+#include <filesystem>
+
+class CStateLock {
+  public:
+    // Makes the folder where it is missing. Throws CDiagException, naming the
+    // other process, when that has the folder. A folder that cannot be written,
+    // or locked, is not locked.
+    explicit CStateLock(const std::filesystem::path& folder);
+    ~CStateLock();
+    CStateLock(const CStateLock&) = delete;
+    CStateLock& operator=(const CStateLock&) = delete;
+
+  private:
+    int m_fd;
+};
