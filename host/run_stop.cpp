@@ -1,6 +1,5 @@
 #include "host/run_stop.h"
 
-#include "framework/long_work.h"
 #include "host/device_lock.h"
 
 namespace {
@@ -24,12 +23,4 @@ CRunStop::CScope::CScope(const CRunStop& stop) : m_outer(t_here) {
 
 CRunStop::CScope::~CScope() {
     t_here = m_outer;
-}
-
-CLongWork::~CLongWork() = default;
-
-bool CLongWork::ProgressCb(uint64_t done, uint64_t total) {
-    m_progress_done = done;
-    m_progress_total = total;
-    return !CRunStop::IsRequestedHere();
 }

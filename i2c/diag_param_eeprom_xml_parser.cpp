@@ -15,6 +15,7 @@ namespace {
 
 // Of entities within entities a few lines can make any number of nodes.
 constexpr size_t MAX_ENTITY_NODES = 10'000;
+constexpr size_t MAX_ENTITY_BYTES = 1UL << 20;
 constexpr unsigned int MAX_ENTITY_DEPTH = 32;
 constexpr int HEX_BASE = 16;
 
@@ -113,8 +114,8 @@ void Parser::getXmlDoc() {
 // `entities`: how deep within entities the nodes stand.
 void Parser::extract_data(const xmlNode* node, unsigned int entities) {
     for (; node != nullptr; node = node->next) {
-        if (entities > 0 && ++m_entity_nodes > MAX_ENTITY_NODES) {
-            Refuse(m_filename + std::string(": more than 10000 nodes within entities"));
+        if (entities > 0) {
+            countInEntity(*node);
         }
         if (node->type == XML_ELEMENT_NODE) {
             append(node->name);
@@ -127,6 +128,19 @@ void Parser::extract_data(const xmlNode* node, unsigned int entities) {
         } else if (node->type != XML_TEXT_NODE) {
             extract_data(node->children, entities);
         }
+    }
+}
+
+// What stands once in the document is used as often as an entity is referred to.
+void Parser::countInEntity(const xmlNode& node) {
+    if (++m_entity_nodes > MAX_ENTITY_NODES) {
+        Refuse(m_filename + std::string(": more than 10000 nodes within entities"));
+    }
+    if (node.type == XML_TEXT_NODE && node.content != nullptr) {
+        m_entity_bytes += std::strlen(Text(node.content));
+    }
+    if (m_entity_bytes > MAX_ENTITY_BYTES) {
+        Refuse(m_filename + std::string(": more than 1048576 bytes of text within entities"));
     }
 }
 
@@ -163,7 +177,6 @@ void Parser::countTagOccurance() {
     for (const CItem& item : m_doc_strippedDown) {
         if (item.tag != nullptr) {
             item.tag->incInstance();
-            ++m_found;
         }
     }
 }
@@ -197,10 +210,12 @@ void Parser::checkHeaderTagsEq() const {
 // The text of an element is what follows its name. An offset or value belongs to
 // the latest "register_set", and before any to the first module.
 void Parser::placeTextNodesinTags() {
-    m_text_nodes.reserve(m_found);  // the tags point into it
+    size_t found = 0;
     for (const auto& [id, tag] : m_TagContainer) {
         tag->reserveTextNodes();
+        found += tag->getInstance();
     }
+    m_text_nodes.reserve(found);  // the tags point into it
     for (size_t at = 0; at < m_doc_strippedDown.size(); ++at) {
         if (Tag* tag = m_doc_strippedDown[at].tag) {
             placeTextNode(*tag, at + 1);

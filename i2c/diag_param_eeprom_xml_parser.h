@@ -48,6 +48,7 @@ class Parser {
     void init();
     void getXmlDoc();
     void extract_data(const xmlNode* node, unsigned int entities);
+    void countInEntity(const xmlNode& node);
     void extract_entity(const xmlNode* reference, unsigned int entities);
     void checkForErrors();
     void countTagOccurance();
@@ -73,7 +74,7 @@ class Parser {
     // Element names and texts in document order; the document owns them.
     std::vector<CItem> m_doc_strippedDown;
     size_t m_entity_nodes = 0;
-    size_t m_found = 0;  // names of known elements
+    size_t m_entity_bytes = 0;
     std::vector<TextNode> m_text_nodes;
     DimmTable* const m_dimmtable;
 };

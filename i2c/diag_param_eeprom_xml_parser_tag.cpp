@@ -43,7 +43,7 @@ bool MTag::insert(Tag* tag) {
     const bool by_id = m_tagMap.emplace(tag->getTagID(), tag).second;
     const bool by_name = find(tag->getTagname()) == nullptr;
     if (by_name) {
-        m_CtagMap[InitialOf(tag->getTagname())].push_back(tag);
+        m_tags_by_initial[InitialOf(tag->getTagname())].push_back(tag);
     }
     return by_id && by_name;
 }
@@ -54,7 +54,7 @@ Tag* MTag::find(tag_types id) const {
 }
 
 Tag* MTag::find(std::string_view name) const {
-    for (Tag* tag : m_CtagMap[InitialOf(name)]) {
+    for (Tag* tag : m_tags_by_initial[InitialOf(name)]) {
         if (name == tag->getTagname()) {
             return tag;
         }

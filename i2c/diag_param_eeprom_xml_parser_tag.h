@@ -101,7 +101,7 @@ class MTag {
   private:
     CTags m_tagMap;
     // By the first byte of the name, which tells nearly all names and texts apart.
-    std::array<std::vector<Tag*>, 256> m_CtagMap;
+    std::array<std::vector<Tag*>, 256> m_tags_by_initial;
 };
 
 // One tag for each known element.

@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr uint32_t WORD = 4;
 constexpr uint8_t BLANK = ' ';
 
 }  // namespace
@@ -24,10 +23,10 @@ std::vector<uint32_t> ManufacturerWords(const CDimmLayout& layout, const Entries
 
 std::vector<uint32_t> PartNumberWords(const CDimmLayout& layout, const Entries& entry) {
     const std::string_view text = entry.PartNumText();
-    std::vector<uint32_t> words((layout.part_number_size + WORD - 1) / WORD);
+    std::vector<uint32_t> words((layout.part_number_size + DIMM_WORD - 1) / DIMM_WORD);
     for (uint32_t k = 0; k < layout.part_number_size; ++k) {
         const uint32_t byte = k < text.size() ? static_cast<uint8_t>(text[k]) : BLANK;
-        words[k / WORD] |= byte << (8 * (WORD - 1 - k % WORD));
+        words[k / DIMM_WORD] |= byte << (8 * (DIMM_WORD - 1 - k % DIMM_WORD));
     }
     return words;
 }

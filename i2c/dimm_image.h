@@ -20,6 +20,10 @@ enum EDimmHeader : uint16_t {
     DIMM_FIRST_ENTRY_AT = 20,
 };
 
+// Bytes of a word, and of an offset with its value.
+inline constexpr uint16_t DIMM_WORD = 4;
+inline constexpr uint16_t DIMM_PAIR = 8;
+
 struct CDimmLayout {
     bool extended;
     uint32_t entry_words;       // of a module without its register pairs

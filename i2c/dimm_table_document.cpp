@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -55,16 +56,36 @@ struct CReading {
     const char* const filename;
     const int fd;
     size_t bytes = 0;
-    size_t nodes_at = 0;  // where the latest node was met
-    size_t nodes = 0;
+    size_t markup = 0;  // bytes since the latest node
+    size_t nodes = 0;   // white space included
     size_t attributes = 0;
+    size_t namespaces = 0;
     size_t references = 0;
-    unsigned int depth = 0;
+    size_t depth = 0;
     bool looped = false;
     const char* passed = nullptr;  // the bound that was
     int line = 0;                  // where
     int read_error = 0;            // of the operating system
     std::string fault;             // the first one of the XML
+};
+
+struct CBound {
+    size_t CReading::*count;
+    size_t most;
+    const char* text;
+};
+
+// A table comes nowhere near them. Where libxml2 compares each with each, or
+// looks through all, they are what keeps the time within seconds.
+constexpr CBound BOUNDS[] = {
+    {&CReading::bytes, CDimmTableDocument::MAX_BYTES, TOO_MANY_BYTES},
+    // In one tag, or in all declarations together.
+    {&CReading::markup, 65536, "more than 65536 bytes of markup in one piece"},
+    {&CReading::nodes, 4194304, "more than 4194304 nodes"},
+    {&CReading::attributes, 10000, "more than 10000 attributes"},
+    {&CReading::namespaces, 100, "more than 100 declarations of namespaces"},
+    {&CReading::references, 10000, "more than 10000 references to entities"},
+    {&CReading::depth, CDimmTableDocument::MAX_DEPTH, "elements nested deeper than 64"},
 };
 
 xmlParserCtxt* ContextOf(void* context) {
@@ -77,22 +98,10 @@ CReading& ReadingOf(void* context) {
 
 // Notes the first bound that is passed.
 void CheckBounds(CReading& reading) {
-    if (reading.passed != nullptr) {
-        return;
-    }
-    if (reading.bytes > CDimmTableDocument::MAX_BYTES) {
-        reading.passed = TOO_MANY_BYTES;
-    } else if (reading.bytes - reading.nodes_at > CDimmTableDocument::MAX_MARKUP) {
-        // In one tag or in declarations, whose parts libxml2 compares each with each.
-        reading.passed = "more than 65536 bytes of markup in one piece";
-    } else if (reading.nodes > CDimmTableDocument::MAX_NODES) {
-        reading.passed = "more than 4194304 nodes";
-    } else if (reading.attributes > CDimmTableDocument::MAX_ATTRIBUTES) {
-        reading.passed = "more than 10000 attributes";
-    } else if (reading.references > CDimmTableDocument::MAX_REFERENCES) {
-        reading.passed = "more than 10000 references to entities";
-    } else if (reading.depth > CDimmTableDocument::MAX_DEPTH) {
-        reading.passed = "elements nested deeper than 64";
+    for (const CBound& bound : BOUNDS) {
+        if (reading.passed == nullptr && reading.*bound.count > bound.most) {
+            reading.passed = bound.text;
+        }
     }
 }
 
@@ -109,6 +118,7 @@ int ReadPiece(void* context, char* to, int size) {
         return 0;
     }
     reading.bytes += static_cast<size_t>(count);
+    reading.markup += static_cast<size_t>(count);
     CheckBounds(reading);
     return reading.passed == nullptr ? static_cast<int>(count) : 0;
 }
@@ -118,7 +128,9 @@ int ReadPiece(void* context, char* to, int size) {
 bool MayGoOn(void* context, size_t nodes) {
     CReading& reading = ReadingOf(context);
     reading.nodes += nodes;
-    reading.nodes_at = reading.bytes;
+    if (ContextOf(context)->inSubset == 0) {  // a comment between declarations is no node
+        reading.markup = 0;
+    }
     CheckBounds(reading);
     if (reading.passed != nullptr) {
         reading.line = reading.line == 0 ? xmlSAX2GetLineNumber(context) : reading.line;
@@ -131,7 +143,8 @@ void StartElement(void* context, const xmlChar* name, const xmlChar* prefix, con
                   int spaces, const xmlChar** space_list, int attributes, int defaulted,
                   const xmlChar** attribute_list) {
     ++ReadingOf(context).depth;
-    ReadingOf(context).attributes += static_cast<size_t>(spaces + attributes);
+    ReadingOf(context).attributes += static_cast<size_t>(attributes);
+    ReadingOf(context).namespaces += static_cast<size_t>(spaces);
     if (MayGoOn(context, 1)) {
         xmlSAX2StartElementNs(context, name, prefix, uri, spaces, space_list, attributes, defaulted,
                               attribute_list);
@@ -202,8 +215,13 @@ std::string TextOf(const xmlError& error, const char* filename) {
 void KeepFirstFault(void* context, xmlErrorPtr error) {
     CReading& reading = ReadingOf(context);
     reading.looped = reading.looped || error->code == XML_ERR_ENTITY_LOOP;
-    if (reading.fault.empty() && error->level >= XML_ERR_ERROR) {
+    if (!reading.fault.empty() || error->level < XML_ERR_ERROR) {
+        return;
+    }
+    try {
         reading.fault = TextOf(*error, reading.filename);
+    } catch (const std::bad_alloc&) {
+        reading.fault.clear();  // libxml2 is C: nothing may be thrown through it
     }
 }
 

@@ -9,12 +9,9 @@
 
 class CDimmTableDocument {
   public:
+    // A plain file is not read at all when it is larger.
     static constexpr size_t MAX_BYTES = 64UL << 20;
-    static constexpr size_t MAX_NODES = 4UL << 20;    // white space included
-    static constexpr size_t MAX_ATTRIBUTES = 10'000;  // of all elements together; none counts
-    static constexpr size_t MAX_REFERENCES = 10'000;  // to entities, within entities too
-    static constexpr size_t MAX_MARKUP = 64UL << 10;  // bytes from one node to the next
-    static constexpr unsigned int MAX_DEPTH = 64;
+    static constexpr size_t MAX_DEPTH = 64;
 
     enum class EResult {
         READ,

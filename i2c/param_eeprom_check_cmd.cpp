@@ -4,11 +4,7 @@
 #include "framework/diag_param.h"
 #include "i2c/diag_param_eeprom.h"
 
-namespace {
-
-constexpr uint16_t WORD = 4;
-
-}  // namespace
+namespace {}  // namespace
 
 CParamEepromCmdCheck::CParamEepromCmdCheck(const std::string& name, const std::string& description,
                                            bool isSWAL, CDiagParamEepromDevice* dev)
@@ -94,7 +90,7 @@ void CParamEepromCmdCheck::checkNumEntriesHeader() {
         SendLog(LW_SW_TRACE, "Number of entries : 0x%08X\n", read);
         SendLog(LW_SW_TRACE, "Getting number of entries in header : DONE\n");
         note(m_print_check->num_entry_chk, read == m_dimmtable->num_Entries);
-        m_offset += WORD;
+        m_offset += DIMM_WORD;
     });
 }
 

@@ -4,9 +4,6 @@
 
 namespace {
 
-constexpr uint16_t WORD = 4;
-constexpr uint16_t PAIR = 8;
-
 // Both halves of an identifier, of which the compact layout stores one word.
 struct CIdentifier {
     uint32_t high;
@@ -22,14 +19,14 @@ struct CIdentifier {
 bool CParamEepromCmdCheck::checkManufacturerId(uint32_t i) {
     // The registers of the module before left it behind this one's first word.
     if (i > 0) {
-        m_offset -= WORD;
+        m_offset -= DIMM_WORD;
     }
     SendLog(LW_SW_TRACE, "Check Manufacturer Id m_offset=%d\n", m_offset);
     const std::vector<uint32_t> expected = ManufacturerWords(Layout(), m_dimmtable->entry[i]);
     std::vector<uint32_t> read;
     for (size_t word = 0; word < expected.size(); ++word) {
         read.push_back(readWord());
-        m_offset += WORD;
+        m_offset += DIMM_WORD;
     }
     if (read != expected) {
         const CIdentifier wanted = CIdentifier::Of(expected);
@@ -47,7 +44,7 @@ bool CParamEepromCmdCheck::checkDimmPartNum(uint32_t i) {
     int number = 0;
     for (const uint32_t expected : PartNumberWords(Layout(), m_dimmtable->entry[i])) {
         const uint32_t read = readWord();
-        m_offset += WORD;
+        m_offset += DIMM_WORD;
         if (read != expected) {
             SendLog(LW_ERR_TEST,
                     "(%d)Dimm[%d]:Part Number does not match! expected: 0x%08X, read: 0x%08X\n",
@@ -63,7 +60,7 @@ bool CParamEepromCmdCheck::checkRevisions(uint32_t i) {
     SendLog(LW_SW_TRACE, "Check Revisions m_offset=%d\n", m_offset);
     const uint32_t expected = RevisionWord(m_dimmtable->entry[i]);
     const uint32_t read = readWord();
-    m_offset += WORD;
+    m_offset += DIMM_WORD;
     if (read != expected) {
         SendLog(LW_ERR_TEST,
                 "Dimm[%d]:Revision Pattern does not match! expected: 0x%08X, read: 0x%08X\n", i,
@@ -76,7 +73,7 @@ bool CParamEepromCmdCheck::checkNumRegisters(uint32_t i) {
     SendLog(LW_SW_TRACE, "Check Num Registers m_offset=%d\n", m_offset);
     const uint32_t expected = m_dimmtable->entry[i].num_Reg;
     const uint32_t read = readWord();
-    m_offset += WORD;
+    m_offset += DIMM_WORD;
     if (read != expected) {
         // Test stations know this line, though it names the revision.
         SendLog(LW_ERR_TEST,
@@ -94,7 +91,7 @@ bool CParamEepromCmdCheck::checkAddrValues(uint32_t i) {
     for (uint32_t k = 0; k < pairs; ++k) {
         match = checkRegisterOffset(i, k) && match;
     }
-    m_offset = static_cast<uint16_t>(m_dimmtable->Regs_offsets[i] + WORD);
+    m_offset = static_cast<uint16_t>(m_dimmtable->Regs_offsets[i] + DIMM_WORD);
     for (uint32_t k = 0; k < pairs; ++k) {
         match = checkRegisterValue(i, k) && match;
     }
@@ -105,7 +102,7 @@ uint32_t CParamEepromCmdCheck::readRegisterWord() {
     SendLog(LW_SW_TRACE, "Read Addr m_offset=%d\n", m_offset);
     const uint32_t read = readWord();
     SendLog(LW_SW_TRACE, "Store Addr m_offset=%d\n", m_offset);
-    m_offset += PAIR;
+    m_offset += DIMM_PAIR;
     return read;
 }
 

@@ -9,11 +9,7 @@
 
 namespace {
 
-constexpr uint32_t WORD = 4;
-constexpr uint32_t HEADER_WORDS = 5;
-constexpr uint32_t PAIR_BYTES = 8;
-
-// The cards that have a table of their own.
+// No card has all these names at once, so every card passes.
 constexpr std::array<const char*, 9> CARDS = {"Orvalis", "Damaskel", "Frostwhale",
                                               "Mirel",   "Gantrell", "Borrick",
                                               "Wexley",  "Sandpike", "Copperjaw"};
@@ -106,8 +102,6 @@ bool CParamEepromCmd::checkifCardA(const char* name) const {
     return true;
 }
 
-// Any card but one of all these names at once passes: cards without a table of
-// their own take the operator's.
 void CParamEepromCmd::checkifCardSupported() const {
     const std::string type = getCardType();
     if (std::any_of(CARDS.begin(), CARDS.end(), [&](const char* card) { return type != card; })) {
@@ -135,7 +129,6 @@ void CParamEepromCmd::getDimmTableFrom(const std::string& file) {
 }
 
 void CParamEepromCmd::parse(const char* file) {
-    std::string read_fault;
     try {
         Parser parser(file, m_dimmtable.get());
         try {
@@ -144,50 +137,55 @@ void CParamEepromCmd::parse(const char* file) {
             for (const std::string& piece : pieces) {
                 SendLog(LW_SW_TRACE, "%s", piece.c_str());
             }
-        } catch (...) {
-            read_fault = parser.getReadFault();
+        } catch (const Xml_Exceptions fault) {
+            reportXmlFault(fault, file, parser.getReadFault().c_str());
             throw;
         }
-    } catch (const Xml_Exceptions fault) {
-        SendLog(LW_ERR_TEST, "HEREEE_ERRORR!!\n");
-        switch (fault) {
-            case XML_FORMAT_ERROR:
-                SendLog(LW_ERR_TEST,
-                        "Error: Xml Parsing failed. XML file \"%s\" format is incorrect.Exception "
-                        "caught in : %s",
-                        file, "getDimmTableFrom");
-                break;
-            case NO_XML_FILE_FOUND:
-                SendLog(LW_ERR_TEST,
-                        "Error: Xml Parsing failed. Xml file \"%s\" can not be found.\nException "
-                        "caught in : %s",
-                        file, "getDimmTableFrom");
-                // A file that is there may still be no XML.
-                SendLog(LW_ERR_TEST, "%s\n", read_fault.c_str());
-                break;
-            case XML_MISSING_TAGS:
-                SendLog(LW_ERR_TEST,
-                        "Error: Xml Parsing failed. XML file \"%s\" format is incorrect. Missing "
-                        "tag(s)\n",
-                        file);
-                break;
-            case XML_NO_TAGS:
-                SendLog(LW_ERR_TEST,
-                        "Error: Xml Parsing failed. XML file \"%s\" format is incorrect. No Tags "
-                        "were found.\n",
-                        file);
-                break;
-        }
-        throw;
     } catch (const ParserException& e) {
         SendLog(LW_ERR_TEST, "Parser exception thrown: %s %s", "getDimmTableFrom", e.what());
         throw CDiagException("Parser failed ");
     }
 }
 
+// `read_fault`: why there is no document, where that is the fault.
+void CParamEepromCmd::reportXmlFault(uint32_t fault, const char* file,
+                                     const char* read_fault) const {
+    SendLog(LW_ERR_TEST, "HEREEE_ERRORR!!\n");
+    switch (fault) {
+        case XML_FORMAT_ERROR:
+            SendLog(LW_ERR_TEST,
+                    "Error: Xml Parsing failed. XML file \"%s\" format is incorrect.Exception "
+                    "caught in : %s",
+                    file, "getDimmTableFrom");
+            break;
+        case NO_XML_FILE_FOUND:
+            SendLog(LW_ERR_TEST,
+                    "Error: Xml Parsing failed. Xml file \"%s\" can not be found.\nException "
+                    "caught in : %s",
+                    file, "getDimmTableFrom");
+            // A file that is there may still be no XML.
+            SendLog(LW_ERR_TEST, "%s\n", read_fault);
+            break;
+        case XML_MISSING_TAGS:
+            SendLog(LW_ERR_TEST,
+                    "Error: Xml Parsing failed. XML file \"%s\" format is incorrect. Missing "
+                    "tag(s)\n",
+                    file);
+            break;
+        case XML_NO_TAGS:
+            SendLog(LW_ERR_TEST,
+                    "Error: Xml Parsing failed. XML file \"%s\" format is incorrect. No Tags "
+                    "were found.\n",
+                    file);
+            break;
+        default:
+            break;
+    }
+}
+
 void CParamEepromCmd::setDimmTableSz(DimmTable* table) const {
     const uint32_t entry_words = CDimmLayout::Of(*table).entry_words;
-    uint32_t pos = WORD * (HEADER_WORDS + entry_words);
+    uint32_t pos = DIMM_FIRST_ENTRY_AT + DIMM_WORD * entry_words;
     table->Regs_offsets.push_back(pos);
     SendLog(LW_SW_TRACE, "Num of entries = %d\n", table->num_Entries);
     uint32_t pairs = 0;
@@ -195,10 +193,11 @@ void CParamEepromCmd::setDimmTableSz(DimmTable* table) const {
         Entries& entry = table->entry[i];
         entry.num_Reg = static_cast<uint32_t>(entry.Register_Array.reg_offset.size());
         pairs += entry.num_Reg;
-        pos += PAIR_BYTES * entry.num_Reg + WORD * entry_words;
+        pos += DIMM_PAIR * entry.num_Reg + DIMM_WORD * entry_words;
         table->Regs_offsets.push_back(pos);
         SendLog(LW_SW_TRACE, "num of Reg offsets = %d\n", entry.num_Reg);
     }
-    table->dimmtable_size = WORD * (HEADER_WORDS + table->num_Entries * entry_words + 2 * pairs);
+    table->dimmtable_size =
+        DIMM_FIRST_ENTRY_AT + DIMM_WORD * table->num_Entries * entry_words + DIMM_PAIR * pairs;
     SendLog(LW_SW_TRACE, "size of dimmtable = %d\n", table->dimmtable_size);
 }

@@ -33,7 +33,8 @@ class CParamEepromCmd : public CDiagFunc, public CLongWork {
     enum class EEnd { DONE, FAILED, STOPPED };
 
     // Does the `steps` of one invocation and logs what they throw. Answers unless
-    // they came to their end, which is for them to answer.
+    // they came to their end, which is for them to answer. Nothing is kept of the
+    // table, which may be large.
     template <class Steps>
     EEnd RunSteps(COutMsg& out, Steps&& steps);
     // Does one step; a failure is logged with the step's name and passed on.
@@ -64,10 +65,11 @@ class CParamEepromCmd : public CDiagFunc, public CLongWork {
         return static_cast<uint32_t>(m_dimmtbl_arr.size() / sizeof(uint32_t));
     }
     CDimmLayout Layout() const { return CDimmLayout::Of(*m_dimmtable); }
-    // Throws CDiagException when the table cannot be stored in this EEPROM.
+    // Throws CDiagException when the table cannot be stored in this EEPROM; says
+    // what of it the image has no room for. In param_eeprom_limits.cpp.
     void requireStorable() const;
-    // Says what of a module the image has no room for.
-    void warnOfCuts(uint32_t i) const;
+
+    // What follows is in param_eeprom_words.cpp.
 
     // One word of the EEPROM. Failures are logged; a word that could not be read
     // is 0xFFFFFFFF.
@@ -94,10 +96,11 @@ class CParamEepromCmd : public CDiagFunc, public CLongWork {
 
     std::string m_param_xml_filename;  // empty: the default one
     bool m_xmlfile_specified = false;
-    uint16_t m_offset = 0;       // of the next word, in bytes
-    uint32_t m_words_moved = 0;  // by this invocation
-    std::unique_ptr<DimmTable> m_dimmtable;
-    // The bytes of the image, as the EEPROM holds them.
+    uint16_t m_offset = 0;                   // of the next word, in bytes
+    uint32_t m_words_moved = 0;              // by this invocation
+    uint32_t m_image_words = 0;              // of the invocation that just ended
+    std::unique_ptr<DimmTable> m_dimmtable;  // while steps run
+    // The bytes of the image, as the EEPROM holds them; while steps run.
     std::vector<uint8_t> m_dimmtbl_arr;
     const bool m_isSWAL;
     CDiagParamEepromDevice* const m_pDev;
@@ -105,11 +108,14 @@ class CParamEepromCmd : public CDiagFunc, public CLongWork {
   private:
     struct CStopped {};  // thrown where the operator's request is seen
 
+    void requirePairs(uint32_t i) const;
+    void warnOfCuts(uint32_t i) const;
     uint32_t lc_eeprom_read32(uint16_t offset) const;
     void lc_eeprom_write32(uint16_t offset, uint32_t value) const;
     uint32_t swal_eeprom_read32(uint16_t offset) const;
     void swal_eeprom_write32(uint16_t offset, uint32_t value) const;
     void parse(const char* file);
+    void reportXmlFault(uint32_t fault, const char* file, const char* read_fault) const;
 
     // For log lines: the source unit of these commands.
     static constexpr const char* UNIT = "i2c/diag_param_eeprom";
@@ -117,21 +123,27 @@ class CParamEepromCmd : public CDiagFunc, public CLongWork {
 
 template <class Steps>
 CParamEepromCmd::EEnd CParamEepromCmd::RunSteps(COutMsg& out, Steps&& steps) {
+    EEnd end = EEnd::FAILED;
     m_words_moved = 0;
     try {
-        countWords(0, 0);
+        countWords(0, 0);  // how much there is to do is not known yet
         steps();
-        return EEnd::DONE;
+        end = EEnd::DONE;
     } catch (const CStopped&) {
+        end = EEnd::STOPPED;
         out << static_cast<uint8_t>(MSG_ERR_ABORTED);
-        return EEnd::STOPPED;
     } catch (const CDiagException& e) {
         SendLog(LW_ERR_TEST, "CMB command failed: %s %s", "Invoke", e.what());
     } catch (...) {
         SendLog(LW_ERR_TEST, "%s failed", "Invoke");
     }
-    out << static_cast<uint8_t>(MSG_ERR_FAIL);
-    return EEnd::FAILED;
+    if (end == EEnd::FAILED) {
+        out << static_cast<uint8_t>(MSG_ERR_FAIL);
+    }
+    m_image_words = ImageWords();
+    m_dimmtable.reset();
+    m_dimmtbl_arr = {};
+    return end;
 }
 
 template <class Work>

@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr uint16_t WORD = 4;
 constexpr uint32_t ERASED = 0xFFFFFFFF;
 // No table is longer; what is stored there is no length.
 constexpr uint32_t LONGEST_TABLE = 16383;
@@ -32,18 +31,26 @@ void CParamEepromCmdErase::Invoke(CInMsg&, COutMsg& out) {
         AnswerResult(out, true);
     });
     if (end == EEnd::STOPPED) {
+        reportStopped();
+    }
+}
+
+void CParamEepromCmdErase::reportStopped() const {
+    if (m_words_moved == 0) {
+        SendLog(LW_WARN, "Erasing stopped before the first word, the EEPROM is as it was\n");
+    } else {
         SendLog(LW_WARN,
-                "Erasing stopped before offset 0x%04x: what is left is no table, a check will "
-                "fail\n",
-                m_offset);
+                "Erasing stopped after %u words: what is left is no table, a check will fail\n",
+                m_words_moved);
     }
 }
 
 void CParamEepromCmdErase::eraseEeprom(uint32_t length) {
     Step("eraseEeprom", [this, length] {
-        for (m_offset = 0; m_offset < length; m_offset += WORD) {
-            countWords(m_offset / WORD, (length + WORD - 1) / WORD);
+        for (m_offset = 0; m_offset < length; m_offset += DIMM_WORD) {
+            countWords(m_words_moved, (length + DIMM_WORD - 1) / DIMM_WORD);
             eeprom_write32(m_offset, ERASED);
+            ++m_words_moved;
         }
     });
 }

@@ -14,4 +14,5 @@ class CParamEepromCmdErase : public virtual CParamEepromCmd {
 
   private:
     void eraseEeprom(uint32_t length);
+    void reportStopped() const;
 };

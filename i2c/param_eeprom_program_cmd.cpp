@@ -9,9 +9,6 @@
 
 namespace {
 
-constexpr uint16_t WORD = 4;
-constexpr uint16_t PAIR = 8;
-
 bool IsPrintable(uint8_t character) {
     return character >= 0x20 && character <= 0x7E;
 }
@@ -60,7 +57,7 @@ void CParamEepromCmdWrite::writeDimmVersionNum() {
         eeprom_write32_verify(m_offset, m_dimmtable->dimm_version);
         SendLog(LW_SW_TRACE, "Dimm version : 0x%08X\n", m_dimmtable->dimm_version);
         SendLog(LW_SW_TRACE, "Setting Dimm version in header : DONE\n");
-        m_offset += WORD;
+        m_offset += DIMM_WORD;
     });
 }
 
@@ -77,11 +74,11 @@ void CParamEepromCmdWrite::writeManufacturerId(uint32_t i) {
     Step("writeManufacturerId", [this, i] {
         // The registers of the module before left it behind this one's first word.
         if (i > 0) {
-            m_offset -= WORD;
+            m_offset -= DIMM_WORD;
         }
         for (const uint32_t word : ManufacturerWords(Layout(), m_dimmtable->entry[i])) {
             eeprom_write32_verify(m_offset, word);
-            m_offset += WORD;
+            m_offset += DIMM_WORD;
         }
         SendLog(LW_SW_TRACE, "Writing manufacturer ID : DONE\n");
     });
@@ -94,10 +91,10 @@ void CParamEepromCmdWrite::writeDimmPartNum(uint32_t i) {
         SendLog(LW_SW_TRACE, "Part Number size : %d\n", size);
         uint32_t k = 0;
         for (const uint32_t word : PartNumberWords(Layout(), entry)) {
-            reportIllegal(entry.PartNumText(), k, std::min(k + WORD, size));
+            reportIllegal(entry.PartNumText(), k, std::min(k + DIMM_WORD, size));
             eeprom_write32_verify(m_offset, word);
-            m_offset += WORD;
-            k += WORD;
+            m_offset += DIMM_WORD;
+            k += DIMM_WORD;
         }
         SendLog(LW_SW_TRACE, "Dimm part number : %s\n", entry.PartNumText());
         SendLog(LW_SW_TRACE, "Setting Dimm part number in header : DONE\n");
@@ -120,7 +117,7 @@ void CParamEepromCmdWrite::writeRevisions(uint32_t i) {
         const uint32_t word = RevisionWord(m_dimmtable->entry[i]);
         SendLog(LW_SW_TRACE, "Rev Pattern : 0x%08X\n", word);
         eeprom_write32_verify(m_offset, word);
-        m_offset += WORD;
+        m_offset += DIMM_WORD;
         SendLog(LW_SW_TRACE, "Writing Revisions : DONE\n");
     });
 }
@@ -129,7 +126,7 @@ void CParamEepromCmdWrite::writeNumRegisters(uint32_t i) {
     Step("writeNumRegisters", [this, i] {
         const uint32_t count = m_dimmtable->entry[i].num_Reg;
         eeprom_write32_verify(m_offset, count);
-        m_offset += WORD;
+        m_offset += DIMM_WORD;
         SendLog(LW_SW_TRACE, "Writing number of registers [%d] : DONE\n", count);
     });
 }
@@ -144,15 +141,15 @@ void CParamEepromCmdWrite::writeAddrValues(uint32_t i) {
             SendLog(LW_SW_TRACE, "Writing Reg_offset = 0x%08X\n", offset);
             eeprom_write32_verify(m_offset, offset);
             SendLog(LW_SW_TRACE, "SUCCESS wrote Reg_offset : 0x%08X\n", offset);
-            m_offset += PAIR;
+            m_offset += DIMM_PAIR;
         }
-        m_offset = static_cast<uint16_t>(m_dimmtable->Regs_offsets[i] + WORD);
+        m_offset = static_cast<uint16_t>(m_dimmtable->Regs_offsets[i] + DIMM_WORD);
         for (uint32_t k = 0; k < entry.num_Reg; ++k) {
             const uint32_t value = entry.Register_Array.reg_val[k];
             SendLog(LW_SW_TRACE, "Writing Reg_value = 0x%08X\n", value);
             eeprom_write32_verify(m_offset, value);
             SendLog(LW_SW_TRACE, "SUCCESS wrote Reg_value : 0x%08X\n", value);
-            m_offset += PAIR;
+            m_offset += DIMM_PAIR;
         }
     });
 }
@@ -172,9 +169,9 @@ void CParamEepromCmdWrite::writeCRC() {
 void CParamEepromCmdWrite::reportIncomplete(EEnd end) const {
     if (m_words_moved != 0) {
         SendLog(LW_WARN,
-                "Programming %s at word %u of %u: the image is incomplete and a check will fail, "
+                "Programming %s word %u of %u: the image is incomplete and a check will fail, "
                 "unless the EEPROM held this very table before. Program it again.\n",
-                end == EEnd::STOPPED ? "stopped" : "failed", m_words_moved, ImageWords());
+                end == EEnd::STOPPED ? "stopped after" : "failed at", m_words_moved, m_image_words);
     } else if (end == EEnd::STOPPED) {
         SendLog(LW_WARN, "Programming stopped before the first word, the EEPROM is as it was\n");
     }

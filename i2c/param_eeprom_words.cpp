@@ -12,12 +12,11 @@ namespace {
 constexpr uint32_t UNREADABLE = 0xFFFFFFFF;
 // The longest write cycle of the parts in use (24C64 data sheet: 5 ms).
 constexpr unsigned int WRITE_CYCLE_MS = 5;
-constexpr uint16_t WORD = 4;
 constexpr uint16_t WORD_BOUNDARY = 0xFFFC;
 // The address that the line of a failed write names, whatever the device's own is.
 constexpr unsigned int NAMED_ADDR = 0x51;
 
-using CWord = std::array<uint8_t, WORD>;
+using CWord = std::array<uint8_t, DIMM_WORD>;
 
 CWord BigEndian(uint32_t value) {
     return {static_cast<uint8_t>(value >> 24), static_cast<uint8_t>(value >> 16),
@@ -58,7 +57,7 @@ uint32_t CParamEepromCmd::lc_eeprom_read32(uint16_t offset) const {
         return UNREADABLE;
     }
     CWord bytes{};
-    if (!m_pDev->ReadMemory(offset, bytes.data(), WORD)) {
+    if (!m_pDev->ReadMemory(offset, bytes.data(), DIMM_WORD)) {
         SendLog(LW_ERR_TEST, "Error during EEPROM read! offset = 0x%x ", offset);
         return UNREADABLE;
     }
@@ -75,7 +74,7 @@ void CParamEepromCmd::lc_eeprom_write32(uint16_t offset, uint32_t value) const {
         return;
     }
     const CWord bytes = BigEndian(value);
-    if (!m_pDev->WriteMemory(offset, bytes.data(), WORD)) {
+    if (!m_pDev->WriteMemory(offset, bytes.data(), DIMM_WORD)) {
         SendLog(LW_ERR_TEST, "Error during EEPROM write! offset = 0x%x ", offset);
     }
     if (!m_pDev->CDiagI2cSlaveDevice::ClearPath()) {
@@ -85,7 +84,7 @@ void CParamEepromCmd::lc_eeprom_write32(uint16_t offset, uint32_t value) const {
 
 uint32_t CParamEepromCmd::swal_eeprom_read32(uint16_t offset) const {
     CWord bytes{};
-    if (!m_pDev->ReadMemory(offset, bytes.data(), WORD)) {
+    if (!m_pDev->ReadMemory(offset, bytes.data(), DIMM_WORD)) {
         SendLog(LW_ERR_TEST, "Error during EEPROM read! offset = 0x%x ", offset);
         return UNREADABLE;
     }
@@ -94,7 +93,7 @@ uint32_t CParamEepromCmd::swal_eeprom_read32(uint16_t offset) const {
 
 void CParamEepromCmd::swal_eeprom_write32(uint16_t offset, uint32_t value) const {
     const CWord bytes = LittleEndian(value);
-    if (!m_pDev->WriteMemory(offset, bytes.data(), WORD)) {
+    if (!m_pDev->WriteMemory(offset, bytes.data(), DIMM_WORD)) {
         SendLog(LW_ERR_TEST, "Error during EEPROM write! offset = 0x%x ", offset);
     }
 }
@@ -135,7 +134,7 @@ void CParamEepromCmd::setDimmTableLength() {
         eeprom_write32_verify(m_offset, m_dimmtable->dimmtable_size);
         SendLog(LW_SW_TRACE, "Dimm length : 0x%08X\n", m_dimmtable->dimmtable_size);
         SendLog(LW_SW_TRACE, "Setting Dimm length in header : DONE\n");
-        m_offset += WORD;
+        m_offset += DIMM_WORD;
     });
 }
 
@@ -144,7 +143,7 @@ void CParamEepromCmd::setNumEntriesHeader() {
         m_offset = DIMM_ENTRIES_AT;
         eeprom_write32_verify(m_offset, m_dimmtable->num_Entries);
         SendLog(LW_SW_TRACE, "Setting number of entries in header : DONE\n");
-        m_offset += WORD;
+        m_offset += DIMM_WORD;
     });
 }
 
@@ -160,7 +159,7 @@ uint32_t CParamEepromCmd::checkDimmTableLength() {
 
 void CParamEepromCmd::placeDimmTblInArray(uint16_t offset, uint32_t value) {
     const auto at = static_cast<uint16_t>(offset & WORD_BOUNDARY);
-    if (m_dimmtbl_arr.size() < size_t{at} + WORD) {
+    if (m_dimmtbl_arr.size() < size_t{at} + DIMM_WORD) {
         throw CDiagException("offset 0x%x is outside the image of %zu bytes\n", offset,
                              m_dimmtbl_arr.size());
     }
@@ -189,8 +188,8 @@ void CParamEepromCmd::hex_dump(const void* data, uint32_t len) const {
 }
 
 void CParamEepromCmd::dumpArray() const {
-    for (size_t at = 0; at + WORD <= m_dimmtbl_arr.size(); at += WORD) {
-        SendLog(LW_ERR_TEST, " %d , 0x%08X\n ", static_cast<int>(at / WORD),
+    for (size_t at = 0; at + DIMM_WORD <= m_dimmtbl_arr.size(); at += DIMM_WORD) {
+        SendLog(LW_ERR_TEST, " %d , 0x%08X\n ", static_cast<int>(at / DIMM_WORD),
                 FromBigEndian(&m_dimmtbl_arr[at]));
     }
 }

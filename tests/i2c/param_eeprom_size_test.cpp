@@ -89,14 +89,14 @@ TEST_F(ParamEepromSize, MayReachTheLastAddressWithAModuleWithRegisters) {
 TEST_F(ParamEepromSize, MayNotExceedTheAddressesThoughTheEepromIsLarger) {
     MountParam(Part(131072));
     ExpectRefused(TableOf({8185}, CTable::COMPACT),
-                  "the image has 65544 bytes, the EEPROM 65536\n");
+                  "the image has 65544 bytes, of the EEPROM's 131072 only 65536 can be reached\n");
 }
 
 TEST_F(ParamEepromSize, MayNotExceedTheAddressesByNumbersThatOverflow16Bits) {
     MountParam(Part(131072));
     // 65,536 pairs and a bit: the low 16 bits of all sizes are small.
     ExpectRefused(TableOf({65536}, CTable::COMPACT),
-                  "the image has 524352 bytes, the EEPROM 65536\n");
+                  "the image has 524352 bytes, the EEPROM 131072\n");
 }
 
 }  // namespace

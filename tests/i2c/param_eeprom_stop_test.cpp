@@ -143,7 +143,19 @@ TEST_F(ParamEepromStop, WhileTheLengthIsReadErasesNothing) {
     Store(m_image);
     EXPECT_EQ(StoppedAt(0, [this] { return Erase(); }).bytes, Bytes{ABORTED});
     EXPECT_THAT(Calls(), ElementsAre(SELECT, "RD 8+4", CLOSE));
+    EXPECT_THAT(m_log.Texts(0x40),
+                ElementsAre("Erasing stopped before the first word, the EEPROM is as it was\n"));
     EXPECT_EQ(Check(m_table).Code(), SUCCESS);
+}
+
+TEST_F(ParamEepromStop, ThatCameBeforeErasingErasesNothing) {
+    Store(m_image);
+    m_stop.Request();
+    const CRunStop::CScope scope(m_stop);
+    EXPECT_EQ(Erase().bytes, Bytes{ABORTED});
+    EXPECT_THAT(Calls(), IsEmpty());
+    EXPECT_THAT(m_log.Texts(0x40),
+                ElementsAre("Erasing stopped before the first word, the EEPROM is as it was\n"));
 }
 
 TEST_F(ParamEepromStop, ComesTooLateAtTheLastWordOfErasing) {
