@@ -205,7 +205,7 @@ class History(Editing):
 
     def test_keeps_the_lines_of_two_shells(self):
         first = self.spawn()
-        second = self.spawn_words(DIAGSH, "--sim", DTB, "--state", str(self.folder / "second"))
+        second = self.spawn_words(*self.words()[:-1], str(self.folder / "second"))
         for child, text in ((first, "one"), (second, "two"), (first, "three")):
             child.sendline(f"echo {text}")
             self.expect_next_prompt(child, f"\r\n{text}\r\n")

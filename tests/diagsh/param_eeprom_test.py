@@ -125,11 +125,11 @@ class ParamEeprom(OnQuillbank):
     def assert_holds(self, contents):
         self.assertEqual(self.chip.read_bytes().hex(" ", 4), contents.hex(" ", 4))
 
-    def assert_written_up_to(self, table, word):
-        """The words before that one, counted from 1 as they are written, are the
-        table's, all others the old ones."""
+    def assert_written(self, table, words):
+        """The first of the words, as they are written, are the table's, all others
+        the old ones."""
         contents, image = bytearray(OLD), table.image()
-        for offset in table.order()[:word - 1]:
+        for offset in table.order()[:words]:
             contents[offset:offset + 4] = image[offset:offset + 4]
         self.assert_holds(bytes(contents))
 
@@ -161,7 +161,7 @@ class ParamEeprom(OnQuillbank):
         child.expect("started\r\n")
         for _ in range(10_000):
             child.sendline("jobs")
-            child.expect(r"\[1\] [^\r]*large.xml: (\w+)( (\d+)%)?, 0:00:\d\d\r\n")
+            child.expect(rf"\[1\] {PROG} {file}: (\w+)( (\d+)%)?, 0:00:\d\d\r\n")
             self.assertEqual(child.match[1], "running")
             if child.match[3] and int(child.match[3]) > 1:
                 return
@@ -169,20 +169,23 @@ class ParamEeprom(OnQuillbank):
 
     def expect_incomplete(self, child, how):
         """The word that it came to."""
-        child.expect(rf"Programming {how} at word (\d+) of {LARGE.words()}: "
+        child.expect(rf"Programming {how} word (\d+) of {LARGE.words()}: "
                      + re.escape(INCOMPLETE))
         word = int(child.match[1])
         self.assertGreater(word, 1)
         self.assertLess(word, LARGE.words())
         return word
 
+    def expect_stopped(self, child):
+        """Also that as many words as it says are written."""
+        self.assert_written(LARGE, self.expect_incomplete(child, "stopped after"))
+
 
 class Script(ParamEeprom):
     def test_what_is_programmed_checks_until_a_byte_changes_and_is_erased_as_a_whole(self):
         image = SMALL.image()
         status, out, err = self.run_diagsh("-c", f"{PROG} {self.small}")
-        self.assertEqual((status, out, err), (0, f"CRC : {crc32(image[4:]):#010X}\n"
-                                              .replace("0X", "0x"), ""))
+        self.assertEqual((status, out, err), (0, f"CRC : 0x{crc32(image[4:]):08X}\n", ""))
         self.assert_holds(image + OLD[len(image):])
         self.assert_check_passes(self.small)
 
@@ -243,13 +246,14 @@ class Script(ParamEeprom):
                         "crc32": ("uint32", crc32(SMALL.image()[4:]))})
 
     def test_a_file_name_is_a_word_as_any_other(self):
-        for name, word in (("two words.xml", "'{}/two words.xml'"), ("two words.xml",
-                           "{}/two\\ words.xml"), ("quote'd.xml", "\"{}/quote'd.xml\""),
+        self.hold_image(SMALL)
+        for name, word in (("two words.xml", "'{}/two words.xml'"),
+                           ("two words.xml", "{}/two\\ words.xml"),
+                           ("quote'd.xml", "\"{}/quote'd.xml\""),
                            ("#1.xml", "{}/#1.xml")):
             with self.subTest(word):
                 self.file(name, SMALL)
-                status, _, err = self.run_diagsh("-c", f"{PROG} {word.format(self.folder)}")
-                self.assertEqual((status, err), (0, ""))
+                self.assert_check_passes(word.format(self.folder))
 
     def test_what_is_no_table_is_refused_and_nothing_is_written(self):
         (self.folder / "empty.xml").touch()
@@ -267,16 +271,18 @@ class Script(ParamEeprom):
     def test_one_failed_transfer_at_any_word_leaves_an_image_that_is_rejected(self):
         # A word takes ten transfers: two channels are selected, the word is
         # written, two multiplexers are closed, and the same for reading it.
-        for word in range(1, SMALL.words() + 1):
+        table = Table(version=5, modules=1, registers=1)
+        file = self.file("tiny.xml", table)
+        for word in range(1, table.words() + 1):
             with self.subTest(word=word):
                 self.hold(OLD)
                 status, out, err = self.run_diagsh(
-                    "-c", f"sim/fail-nth i2c-0 {10 * (word - 1) + 3}", "-c", f"{PROG} {self.small}")
+                    "-c", f"sim/fail-nth i2c-0 {10 * (word - 1) + 3}", "-c", f"{PROG} {file}")
                 self.assertEqual((status, err), (1, PROG + ": failed (ERR_FAIL)\n"))
-                self.assertIn(f"Programming failed at word {word} of {SMALL.words()}: {INCOMPLETE}"
+                self.assertIn(f"Programming failed at word {word} of {table.words()}: {INCOMPLETE}"
                               "\n", out)
-                self.assert_written_up_to(SMALL, word)
-                self.assert_check_fails(self.small)
+                self.assert_written(table, word - 1)
+                self.assert_check_fails(file)
 
     def test_sigint_ends_a_script_as_aborted(self):
         with subprocess.Popen(self.words("-c", f"{PROG} {self.large}", "-c", "echo more"),
@@ -289,11 +295,11 @@ class Script(ParamEeprom):
             process.send_signal(signal.SIGINT)
             out, err = process.communicate(timeout=60)
         self.assertEqual(process.returncode, 3)
-        said = re.fullmatch(rf"stopping {PROG}\nProgramming stopped at word (\d+) of "
+        said = re.fullmatch(rf"stopping {PROG}\nProgramming stopped after word (\d+) of "
                             rf"{LARGE.words()}: {re.escape(INCOMPLETE)}\n", out)
         self.assertTrue(said, out)
         self.assertEqual(err, PROG + ": aborted (ERR_ABORTED)\n")
-        self.assert_written_up_to(LARGE, int(said[1]))
+        self.assert_written(LARGE, int(said[1]))
         self.assert_check_fails(self.large)
 
 
@@ -316,10 +322,9 @@ class Terminal(ParamEeprom):
         child = self.spawn()
         self.begin(child, self.large)
         child.sendintr()
-        word = self.expect_incomplete(child, "stopped")
+        self.expect_stopped(child)
         child.expect_exact(PROG + ": aborted (ERR_ABORTED)\r\n")
         child.expect("/> ")
-        self.assert_written_up_to(LARGE, word)
         self.quit(child)
         self.assert_check_fails(self.large)
 
@@ -327,10 +332,9 @@ class Terminal(ParamEeprom):
         child = self.spawn()
         self.begin(child, self.large)
         child.send(CTRL_C * 50)
-        word = self.expect_incomplete(child, "stopped")
+        self.expect_stopped(child)
         child.expect_exact(PROG + ": aborted (ERR_ABORTED)\r\n")
         child.expect("/> ")
-        self.assert_written_up_to(LARGE, word)
         child.sendline(f"{PROG} {self.small} && {CHECK} {self.small}")
         child.expect("EEPROM Parameters Verification PASSED\r\n")
         self.quit(child)
@@ -339,41 +343,40 @@ class Terminal(ParamEeprom):
         child = self.spawn()
         self.begin(child, self.large)
         child.kill(signal.SIGTERM)
-        word = self.expect_incomplete(child, "stopped")
+        self.expect_stopped(child)
         self.expect_end(child, 3)
-        self.assert_written_up_to(LARGE, word)
 
     def test_a_job_is_stopped_by_its_number(self):
         child = self.spawn()
         self.begin_job(child, self.large)
         child.sendline("stop 1")
         child.expect_exact(f"[1] {PROG} {self.large}: stopping\r\n")
-        word = self.expect_incomplete(child, "stopped")
+        self.expect_stopped(child)
         child.expect_exact(f"[1] {PROG} {self.large}: aborted (ERR_ABORTED)\r\n")
-        self.assert_written_up_to(LARGE, word)
         # The device is free again.
         child.sendline(f"{PROG} {self.small} && {CHECK} {self.small}")
         child.expect("EEPROM Parameters Verification PASSED\r\n")
         self.quit(child)
 
     def test_two_programmings_of_one_eeprom_take_turns(self):
+        table = Table(version=5, modules=6, registers=12)
+        first, image = self.file("first.xml", table), table.image()
         child = self.spawn()
-        self.begin_job(child, self.large)
+        self.begin_job(child, first)
         child.sendline(f"{PROG} {self.small} &")
-        child.expect(rf"\[2\] waiting for {EEPROM}, held by {PROG} {self.large} \(job 1\)\r\n")
+        child.expect(rf"\[2\] waiting for {EEPROM}, held by {PROG} {first} \(job 1\)\r\n")
         child.sendline("wait")
-        child.expect_exact(f"[1] {PROG} {self.large}: passed\r\n")
+        child.expect_exact(f"[1] {PROG} {first}: passed\r\n")
         child.expect_exact(f"[2] {PROG} {self.small}: passed\r\n")
         self.quit(child)
-        large = LARGE.image()
-        self.assert_holds(SMALL.image() + large[len(SMALL.image()):] + OLD[len(large):])
+        self.assert_holds(SMALL.image() + image[len(SMALL.image()):] + OLD[len(image):])
 
     def test_a_power_cut_in_the_middle_leaves_an_image_that_is_rejected(self):
         self.hold_image(SMALL)
         child = self.spawn()
         self.begin_job(child, self.large)
         child.sendline("sim/stick i2c-0")
-        self.expect_incomplete(child, "failed")
+        self.expect_incomplete(child, "failed at")
         child.expect_exact(f"[1] {PROG} {self.large}: failed (ERR_FAIL)\r\n")
         self.quit(child)
         # With the next start the bus is free again.
