@@ -13,7 +13,8 @@ CParamEepromCmdCheck::CParamEepromCmdCheck(const std::string& name, const std::s
                             PT_IN | PT_OPTIONAL),
              NO_SORT);
     AddChild(new CDiagParam(VT_UINT32, "version", "XML Version", PT_OUT), NO_SORT);
-    AddChild(new CDiagParam(VT_UINT32, "crc32", "Computed CRC value", PT_OUT), NO_SORT);
+    AddChild(new CDiagParam(VT_UINT32 | VF_HEX | VF_PAD, "crc32", "Computed CRC value", PT_OUT),
+             NO_SORT);
 }
 
 void CParamEepromCmdCheck::Invoke(CInMsg& in, COutMsg& out) {

@@ -21,13 +21,19 @@ class CWithBoardTable : public Command {
 
   protected:
     void getDefDimmTable() override {
+        // Which table an operator gets who names none shall not be guessed.
         std::error_code unknown;
-        if (!std::filesystem::exists(this->DEFAULT_FILE, unknown) &&
-            std::filesystem::exists(m_table, unknown)) {
-            this->getDimmTableFrom(m_table);
-        } else {
-            Command::getDefDimmTable();
+        const bool installed = std::filesystem::exists(this->DEFAULT_FILE, unknown);
+        const bool beside = std::filesystem::exists(m_table, unknown);
+        if (!installed && !beside) {
+            this->SendLog(LW_INFO, "there is no default table, neither installed nor as %s\n",
+                          m_table.c_str());
         }
+        const std::filesystem::path table = installed || !beside ? this->DEFAULT_FILE : m_table;
+        if (installed || beside) {
+            this->SendLog(LW_INFO, "DIMM table: %s\n", table.c_str());
+        }
+        this->getDimmTableFrom(table);
     }
 
   private:

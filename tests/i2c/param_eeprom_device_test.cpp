@@ -79,7 +79,7 @@ TEST_F(ParamEepromDevice, DeclaresTheFileThatIsCheckedAndWhatIsAnswered) {
     MountParam();
     CParams expected = m_file_name;
     expected.push_back({"version", "XML Version", VT_UINT32, 1});
-    expected.push_back({"crc32", "Computed CRC value", VT_UINT32, 1});
+    expected.push_back({"crc32", "Computed CRC value", VT_UINT32 | VF_HEX | VF_PAD, 1});
     EXPECT_EQ(DeclaredParamsOf(Command("check-param-eeprom")), expected);
 }
 

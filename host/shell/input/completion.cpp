@@ -137,6 +137,11 @@ class CCompleter {
         for (const std::string& word : EnumeratedWords(due.description)) {
             OfferWord(word);
         }
+        // All files at once tell less than what is due.
+        const bool begun = !m_folder.empty() || !m_found.Typed().empty();
+        if (begun && due.type.IsText() && due.name.find("file") != std::string::npos) {
+            OfferFiles(m_found, m_folder);
+        }
         if (m_found.Count() != 0) {
             m_hint.clear();
         } else {

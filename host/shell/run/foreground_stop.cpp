@@ -58,7 +58,8 @@ void CForegroundStop::Tell(uint64_t now, bool again) {
         text += "goes on to its end";
     } else {
         // A test restores what it changed before it ends.
-        const char* still = m_run != nullptr ? "still stopping and restoring" : "still stopping";
+        const bool test = m_run != nullptr && m_run->Test() != nullptr;
+        const char* still = test ? "still stopping and restoring" : "still stopping";
         text += again ? "asked again to stop" : still;
         text += " after " + DurationText(std::chrono::milliseconds(now - *m_first));
     }

@@ -42,8 +42,8 @@ CNodeRun::CNodeRun(CDiagObj& node, const std::vector<std::string>& arguments, st
     try {
         m_signature.Pack(m_request, arguments);
     } catch (const CUsageError& e) {
-        throw CUsageError(PathOf(node) + ": " + e.what() + "\nusage: " + node.GetName() + " " +
-                          m_signature.Synopsis());
+        throw CUsageError(PathOf(node) + ": " + e.what() + "\nusage: " + node.GetName() +
+                          (m_signature.Synopsis().empty() ? "" : " " + m_signature.Synopsis()));
     }
     for (const std::string& argument : arguments) {
         m_title += " " + Printable(argument);

@@ -127,7 +127,8 @@ std::string CProgressLine::Row(unsigned int columns) const {
 }
 
 std::optional<std::string> CProgressLine::TakeDueLine() {
-    if (m_test == nullptr || !m_begun.has_value() || m_now - m_line_told < LINE_EVERY_MS) {
+    const bool tells = m_test != nullptr || m_note.IsOfLongWork();
+    if (!tells || !m_begun.has_value() || m_now - m_line_told < LINE_EVERY_MS) {
         return std::nullopt;
     }
     m_line_told = m_now;

@@ -33,7 +33,7 @@ class CProgressLine {
     bool IsDue() const;
     // The row, cut to that many columns.
     std::string Row(unsigned int columns) const;
-    // Of a test that works, every few seconds: what the row would say.
+    // Of a test or a long command that works, every few seconds: what the row would say.
     std::optional<std::string> TakeDueLine();
     // "45%, 14746 of 32768", or what of it is known; empty when nothing is.
     std::string Figures() const;

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "framework/diag_test_base.h"
-#include "framework/long_work.h"
 
 namespace {
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "framework/diag_menu.h"
+#include "framework/long_work.h"
 #include "host/diag_log.h"
 
 class CRunNote {
@@ -28,6 +30,8 @@ class CRunNote {
     static void Say(std::string_view text);
     static void Count(uint64_t done, uint64_t total);
 
+    // Whether what runs tells itself how far it is.
+    bool IsOfLongWork() const { return dynamic_cast<const CLongWork*>(m_node) != nullptr; }
     // How far a test, or a command that tells it, is.
     static CAmount AmountOf(const CDiagMenu& node);
 
