@@ -35,9 +35,11 @@ class Completion : public ShellTest {
     }
     std::string Hint(const std::string& line) const { return CompleteAt(line, line.size()).hint; }
     // A command of the device with one text argument of that description.
-    void AddCommand(const std::string& name, const std::string& description) {
+    void AddCommand(const std::string& name, const std::string& description,
+                    const char* argument = "what") {
         auto* command = new CDiagMenu(TFUNC, name, "a command");
-        command->AddChild(new CDiagParam(VT_STRING, "what", description, PT_IN), CDiagObj::NO_SORT);
+        command->AddChild(new CDiagParam(VT_STRING, argument, description, PT_IN),
+                          CDiagObj::NO_SORT);
         m_device->AddChild(command, CDiagObj::NO_SORT);
     }
 };
@@ -170,6 +172,19 @@ TEST_F(Completion, OffersFiles) {
     EXPECT_EQ(Completed("import dev \"" + path + "ol"),
               "import dev \"" + path + "old saved.bin\" ");
     EXPECT_THAT(Candidates("import dev " + path + "no/such/"), IsEmpty());
+}
+
+TEST_F(Completion, OffersFilesForAnArgumentThatNamesOne) {
+    AddCommand("load", "where it is", "xml_filename");
+    AddCommand("say", "a text", "text");
+    const CTempFolder folder;
+    const std::string path = folder.Path().string() + "/";
+    std::ofstream(path + "table.xml") << "x";
+    EXPECT_EQ(Completed("dev/load " + path + "t"), "dev/load " + path + "table.xml ");
+    EXPECT_EQ(Hint("dev/load " + path + "t"), "");
+    EXPECT_THAT(Hint("dev/load " + path + "x"), HasSubstr("xml_filename: where it is"));
+    EXPECT_THAT(Hint("dev/load "), HasSubstr("xml_filename: where it is"));
+    EXPECT_EQ(Completed("dev/say " + path + "t"), "dev/say " + path + "t");
 }
 
 TEST_F(Completion, OffersTheJobsThatRun) {

@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "framework/diag_test.h"
+#include "framework/long_work.h"
 #include "host/shell/run/request.h"
 
 namespace {
@@ -294,6 +295,22 @@ TEST_F(ProgressLine, IsALineEveryFewSecondsWithoutAScreen) {
     });
     LookUntil(100'000, m_other);
     EXPECT_EQ(m_other.TakeDueLine(), std::nullopt);
+}
+
+TEST_F(ProgressLine, IsALineForALongCommandTooWithoutAScreen) {
+    class CLongCmd : public CDiagMenu, public CLongWork {
+      public:
+        CLongCmd() : CDiagMenu(TFUNC, "program", "") {}
+        void Work(uint64_t done) { ProgressCb(done, 100); }
+    } command;
+    const CRunNote note(&command);
+    CProgressLine line("program", nullptr, note);
+    for (uint64_t now = 0; now <= CProgressLine::LINE_EVERY_MS; now += LOOK_MS) {
+        EXPECT_EQ(line.TakeDueLine(), std::nullopt);
+        command.Work(now * 10 / 1000);
+        line.Look(now);
+    }
+    EXPECT_EQ(line.TakeDueLine(), "program: 50%, 50 of 100, 10/s, 0:05 left");
 }
 
 }  // namespace
