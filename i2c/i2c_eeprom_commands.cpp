@@ -10,6 +10,7 @@
 #include "framework/diag_command.h"
 #include "framework/diag_param.h"
 #include "i2c/diag_i2c_eeprom_device.h"
+#include "i2c/told_path.h"
 
 namespace {
 
@@ -27,11 +28,8 @@ std::vector<byte_t> AllocateDump(int32_t length) {
 
 // Closes the path and answers, as both commands end.
 void ClearAndAnswer(const CDiagMenu& command, CDiagI2cEepromDevice& eeprom, COutMsg& out, bool ok) {
-    if (!eeprom.ClearPath()) {
-        command.SendLog(LW_ERR_SW, "  Error when disabling I2C path!\n");
-        ok = false;
-    }
-    AnswerResult(out, ok);
+    const bool closed = ClosePathOrTell(command, eeprom);
+    AnswerResult(out, ok && closed);
 }
 
 }  // namespace
@@ -64,8 +62,7 @@ void CDiagI2cEepromReadCmd::Invoke(CInMsg& in, COutMsg& out) {
         SendLog(LW_ERR_SW, "Param exception: %s\n", e.what());
         return;
     }
-    if (!eeprom.EnablePath()) {
-        SendLog(LW_ERR_SW, "  Error when enabling I2C path!\n");
+    if (!OpenPathOrTell(*this, eeprom)) {
         AnswerResult(out, false);
         return;
     }
@@ -105,8 +102,7 @@ void CDiagI2cEepromWriteCmd::Invoke(CInMsg& in, COutMsg& out) {
         SendLog(LW_ERR_SW, "Invalid EEPROM offset. Offsetis between 0 - %d\n", eeprom.GetMemSize());
         return;
     }
-    if (!eeprom.EnablePath()) {
-        SendLog(LW_ERR_SW, "  Error when enabling I2C path!\n");
+    if (!OpenPathOrTell(*this, eeprom)) {
         AnswerResult(out, false);
         return;
     }

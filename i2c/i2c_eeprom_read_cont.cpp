@@ -2,6 +2,7 @@
 
 #include "framework/diag_command.h"
 #include "i2c/diag_i2c_eeprom_device.h"
+#include "i2c/told_path.h"
 
 CDiagI2cEepromReadCont::CDiagI2cEepromReadCont(uint32_t mem_size)
     : CTimedTest("read-cont", "Read EEPROM continuously for specified amount of time", "", true),
@@ -16,8 +17,7 @@ bool CDiagI2cEepromReadCont::TestSetupEx(CInMsg&) {
 }
 
 bool CDiagI2cEepromReadCont::TestExecute() {
-    if (!m_pDev->EnablePath()) {
-        SendLog(LW_ERR_SW, "  Error when enabling I2C path!\n");
+    if (!OpenPathOrTell(*this, *m_pDev)) {
         return false;
     }
     const auto size = static_cast<uint16_t>(m_buf.size());
@@ -29,8 +29,7 @@ bool CDiagI2cEepromReadCont::TestExecute() {
     if (m_offset >= m_mem_size) {
         m_offset = 0;
     }
-    if (!m_pDev->ClearPath()) {
-        SendLog(LW_ERR_SW, "  Error when disabling I2C path!\n");
+    if (!ClosePathOrTell(*this, *m_pDev)) {
         return false;
     }
     return ok;

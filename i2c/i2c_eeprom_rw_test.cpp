@@ -8,6 +8,7 @@
 #include "framework/diag_functions.h"
 #include "framework/diag_param.h"
 #include "i2c/diag_i2c_eeprom_device.h"
+#include "i2c/told_path.h"
 
 namespace {
 
@@ -61,8 +62,7 @@ ETestStatus CDiagI2cEepromReadWriteTest::TestRun(COutMsg& out) {
         return status;
     };
 
-    if (!eeprom.EnablePath()) {
-        SendLog(LW_ERR_SW, "  Error when enabling I2C path!\n");
+    if (!OpenPathOrTell(*this, eeprom)) {
         return answer(MSG_ERR_FAIL, DS_FAILED);
     }
     m_progress_total = uint64_t{4} * size;
@@ -86,8 +86,7 @@ ETestStatus CDiagI2cEepromReadWriteTest::TestRun(COutMsg& out) {
     if (!Restore(eeprom, saved)) {
         status = DS_FAILED;
     }
-    if (!eeprom.ClearPath()) {
-        SendLog(LW_ERR_SW, "  Error when disabling I2C path!\n");
+    if (!ClosePathOrTell(*this, eeprom)) {
         return answer(MSG_ERR_FAIL, DS_FAILED);
     }
     switch (status) {

@@ -6,6 +6,7 @@
 #include "i2c/crc32_posix.h"
 #include "i2c/diag_param_eeprom.h"
 #include "i2c/param_eeprom_cmd.h"
+#include "i2c/told_path.h"
 
 namespace {
 
@@ -52,8 +53,7 @@ void CParamEepromCmd::eeprom_write32(const uint16_t& offset, const uint32_t& val
 }
 
 uint32_t CParamEepromCmd::lc_eeprom_read32(uint16_t offset) const {
-    if (!m_pDev->CDiagI2cSlaveDevice::EnablePath()) {
-        SendLog(LW_ERR_SW, "  Error when enabling I2C path!\n");
+    if (!OpenPathOrTell(*this, *m_pDev)) {
         return UNREADABLE;
     }
     CWord bytes{};
@@ -61,25 +61,21 @@ uint32_t CParamEepromCmd::lc_eeprom_read32(uint16_t offset) const {
         SendLog(LW_ERR_TEST, "Error during EEPROM read! offset = 0x%x ", offset);
         return UNREADABLE;
     }
-    if (!m_pDev->CDiagI2cSlaveDevice::ClearPath()) {
-        SendLog(LW_ERR_SW, "  Error when disabling I2C path!\n");
+    if (!ClosePathOrTell(*this, *m_pDev)) {
         return UNREADABLE;
     }
     return FromBigEndian(bytes.data());
 }
 
 void CParamEepromCmd::lc_eeprom_write32(uint16_t offset, uint32_t value) const {
-    if (!m_pDev->CDiagI2cSlaveDevice::EnablePath()) {
-        SendLog(LW_ERR_SW, "  Error when enabling I2C path!\n");
+    if (!OpenPathOrTell(*this, *m_pDev)) {
         return;
     }
     const CWord bytes = BigEndian(value);
     if (!m_pDev->WriteMemory(offset, bytes.data(), DIMM_WORD)) {
         SendLog(LW_ERR_TEST, "Error during EEPROM write! offset = 0x%x ", offset);
     }
-    if (!m_pDev->CDiagI2cSlaveDevice::ClearPath()) {
-        SendLog(LW_ERR_SW, "  Error when disabling I2C path!\n");
-    }
+    ClosePathOrTell(*this, *m_pDev);
 }
 
 uint32_t CParamEepromCmd::swal_eeprom_read32(uint16_t offset) const {
