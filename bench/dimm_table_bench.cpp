@@ -37,7 +37,7 @@ std::string Element(const char* name, const std::string& text) {
 }
 
 std::string WriteTable(const CTempFolder& folder, int modules) {
-    const std::string file = folder / (std::to_string(modules) + ".xml");
+    std::string file = folder / (std::to_string(modules) + ".xml");
     std::ofstream out(file);
     out << "<?xml version=\"1.0\"?>\n<dimm_table>\n"
         << Element("dimm_table_version", "0x00000003") << Element("signature", "0xA5A50001");

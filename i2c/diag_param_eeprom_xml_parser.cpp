@@ -13,6 +13,8 @@
 
 namespace {
 
+// The largest EEPROM holds two thousand.
+constexpr uint32_t MAX_MODULES = 100'000;
 // Of entities within entities a few lines can make any number of nodes.
 constexpr size_t MAX_ENTITY_NODES = 10'000;
 constexpr size_t MAX_ENTITY_BYTES = 1UL << 20;
@@ -95,7 +97,7 @@ std::vector<std::string> Parser::parse() {
         diag_pf_send_log(LW_SW_TRACE, "finished m_Assigner.assignData()\n\n");
     } catch (const ParserException&) {
         diag_pf_send_log(LW_ERR_TEST, "Error in Parsing. Check Xml file.\n");
-        throw XML_FORMAT_ERROR;
+        throw Xml_Exceptions(XML_FORMAT_ERROR);
     }
     return printDimmTable();
 }
@@ -105,7 +107,7 @@ void Parser::getXmlDoc() {
         case CDimmTableDocument::EResult::READ:
             return;
         case CDimmTableDocument::EResult::NO_DOCUMENT:
-            throw NO_XML_FILE_FOUND;
+            throw Xml_Exceptions(NO_XML_FILE_FOUND);
         case CDimmTableDocument::EResult::TOO_LARGE:
             Refuse(m_document.Fault());
     }
@@ -166,6 +168,9 @@ void Parser::extract_entity(const xmlNode* reference, unsigned int entities) {
 void Parser::checkForErrors() {
     diag_pf_send_log(LW_SW_TRACE, "starting checkForErrors()...\n\n");
     countTagOccurance();
+    if (m_dimmTableTags.jedec_manufacturer_id.getInstance() > MAX_MODULES) {
+        Refuse(m_filename + std::string(": more than 100000 modules"));
+    }
     diag_pf_send_log(LW_SW_TRACE, "finished countTagOccurance()\n\n");
     checkTagsNonZero();
     diag_pf_send_log(LW_SW_TRACE, "finished checkTagsNonZero()\n\n");
@@ -185,7 +190,7 @@ void Parser::checkTagsNonZero() const {
     const std::vector<Tag*> rarest = m_TagContainer.find_Min_instance_tag();
     if (rarest.empty()) {
         diag_pf_send_log(LW_ERR_TEST, "error : No Tags in m_TagContainer.\n");
-        throw XML_NO_TAGS;
+        throw Xml_Exceptions(XML_NO_TAGS);
     }
     if (rarest.front()->getInstance() != 0) {
         return;
@@ -193,7 +198,7 @@ void Parser::checkTagsNonZero() const {
     for (const Tag* tag : rarest) {
         if (!MayBeAbsent(tag->getTagname())) {
             diag_pf_send_log(LW_ERR_TEST, "error : \"%s\"\n", tag->getTagname());
-            throw XML_MISSING_TAGS;
+            throw Xml_Exceptions(XML_MISSING_TAGS);
         }
         diag_pf_send_log(LW_SW_TRACE, "Warning : \"%s\" not found but ignored.", tag->getTagname());
     }
@@ -203,7 +208,7 @@ void Parser::checkHeaderTagsEq() const {
     if (!MTag::checkHeaderTagsEq()) {
         diag_pf_send_log(LW_ERR_TEST, "error: dimm table header format is incorrect %s\n",
                          m_filename);
-        throw XML_FORMAT_ERROR;
+        throw Xml_Exceptions(XML_FORMAT_ERROR);
     }
 }
 

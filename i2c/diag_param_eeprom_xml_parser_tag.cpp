@@ -23,6 +23,7 @@ uint8_t InitialOf(std::string_view name) {
 
 Tag::~Tag() = default;
 
+// NOLINTNEXTLINE(misc-unconventional-assign-operator): as in the header.
 Tag& Tag::operator=(const Tag& other) {
     if (this != &other) {
         m_tagname = other.m_tagname;

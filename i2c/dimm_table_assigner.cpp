@@ -7,6 +7,13 @@
 
 namespace {
 
+std::unique_ptr<char[]> CopyOf(const char* text) {
+    const size_t size = std::strlen(text) + 1;
+    auto copy = std::make_unique<char[]>(size);
+    std::memcpy(copy.get(), text, size);
+    return copy;
+}
+
 uint32_t Low32(uint64_t value) {
     return static_cast<uint32_t>(value);
 }
@@ -77,8 +84,7 @@ void DataAssigner::convert_n_store(tag_types id, Entries* entry, uint64_t value,
             m_pdimmTable->signature = Low32(value);
             break;
         case DIMM_PART_NUM:
-            entry->partNum = std::make_unique<char[]>(std::strlen(text) + 1);
-            std::strcpy(entry->partNum.get(), text);
+            entry->partNum = CopyOf(text);
             diag_pf_send_log(LW_SW_TRACE, "convert_n_store[partNum=%d]:...%s\n",
                              static_cast<int>(std::strlen(text)), entry->partNum.get());
             break;

@@ -60,6 +60,7 @@ struct CReading {
     size_t nodes = 0;   // white space included
     size_t attributes = 0;
     size_t namespaces = 0;
+    size_t names = 0;  // different ones, of elements and all else that libxml2 keeps once
     size_t references = 0;
     size_t depth = 0;
     bool looped = false;
@@ -84,6 +85,7 @@ constexpr CBound BOUNDS[] = {
     {&CReading::nodes, 4194304, "more than 4194304 nodes"},
     {&CReading::attributes, 10000, "more than 10000 attributes"},
     {&CReading::namespaces, 100, "more than 100 declarations of namespaces"},
+    {&CReading::names, 65536, "more than 65536 different names"},
     {&CReading::references, 10000, "more than 10000 references to entities"},
     {&CReading::depth, CDimmTableDocument::MAX_DEPTH, "elements nested deeper than 64"},
 };
@@ -128,6 +130,7 @@ int ReadPiece(void* context, char* to, int size) {
 bool MayGoOn(void* context, size_t nodes) {
     CReading& reading = ReadingOf(context);
     reading.nodes += nodes;
+    reading.names = static_cast<size_t>(xmlDictSize(ContextOf(context)->dict));
     if (ContextOf(context)->inSubset == 0) {  // a comment between declarations is no node
         reading.markup = 0;
     }
@@ -194,9 +197,12 @@ xmlEntity* Entity(void* context, const xmlChar* name) {
     return MayGoOn(context, 0) ? xmlSAX2GetEntity(context, name) : nullptr;
 }
 
+// Its declarations are parsed anew at every reference, and count as often.
 xmlEntity* ParameterEntity(void* context, const xmlChar* name) {
+    xmlEntity* entity = xmlSAX2GetParameterEntity(context, name);
     ++ReadingOf(context).references;
-    return MayGoOn(context, 0) ? xmlSAX2GetParameterEntity(context, name) : nullptr;
+    ReadingOf(context).markup += entity != nullptr ? static_cast<size_t>(entity->length) : 0;
+    return MayGoOn(context, 0) ? entity : nullptr;
 }
 
 // Nothing beside the document itself is ever read.
@@ -212,18 +218,42 @@ std::string TextOf(const xmlError& error, const char* filename) {
     return filename + line + ": " + text;
 }
 
-void KeepFirstFault(void* context, xmlErrorPtr error) {
-    CReading& reading = ReadingOf(context);
-    reading.looped = reading.looped || error->code == XML_ERR_ENTITY_LOOP;
-    if (!reading.fault.empty() || error->level < XML_ERR_ERROR) {
+void KeepFault(CReading& reading, const xmlError& error) {
+    reading.looped = reading.looped || error.code == XML_ERR_ENTITY_LOOP;
+    if (!reading.fault.empty() || error.level < XML_ERR_ERROR) {
         return;
     }
     try {
-        reading.fault = TextOf(*error, reading.filename);
+        reading.fault = TextOf(error, reading.filename);
     } catch (const std::bad_alloc&) {
         reading.fault.clear();  // libxml2 is C: nothing may be thrown through it
     }
 }
+
+void KeepFirstFault(void* context, xmlErrorPtr error) {
+    KeepFault(ReadingOf(context), *error);
+}
+
+void KeepFaultOfThread(void* reading, xmlErrorPtr error) {
+    KeepFault(*static_cast<CReading*>(reading), *error);
+}
+
+// Has the faults that libxml2 finds without knowing the document, as in its
+// encoding, kept for a scope; it would print them.
+class CThreadFaults {
+  public:
+    explicit CThreadFaults(CReading& reading)
+        : m_context(xmlStructuredErrorContext), m_handler(xmlStructuredError) {
+        xmlSetStructuredErrorFunc(&reading, KeepFaultOfThread);
+    }
+    ~CThreadFaults() { xmlSetStructuredErrorFunc(m_context, m_handler); }
+    CThreadFaults(const CThreadFaults&) = delete;
+    CThreadFaults& operator=(const CThreadFaults&) = delete;
+
+  private:
+    void* const m_context;
+    const xmlStructuredErrorFunc m_handler;
+};
 
 void SetHandlers(xmlSAXHandler& sax) {
     sax.startElementNs = StartElement;
@@ -280,6 +310,7 @@ CDimmTableDocument::EResult CDimmTableDocument::Read(const char* filename) {
     CReading reading(filename, file.Get());
     context->_private = &reading;
     SetHandlers(*context->sax);
+    const CThreadFaults faults(reading);
     m_doc.reset(xmlCtxtReadIO(context.get(), ReadPiece, nullptr, &reading, filename, nullptr,
                               XML_PARSE_NONET));
     if (reading.read_error != 0) {

@@ -4,8 +4,6 @@
 #include "framework/diag_param.h"
 #include "i2c/diag_param_eeprom.h"
 
-namespace {}  // namespace
-
 CParamEepromCmdCheck::CParamEepromCmdCheck(const std::string& name, const std::string& description,
                                            bool isSWAL, CDiagParamEepromDevice* dev)
     : CParamEepromCmd(name, description, isSWAL, dev) {

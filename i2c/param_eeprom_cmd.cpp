@@ -86,6 +86,8 @@ void CParamEepromCmd::init() {
         requireStorable();
         SendLog(LW_SW_TRACE, "m_dimmtable->dimmtable_size = %d\n", m_dimmtable->dimmtable_size);
         m_dimmtbl_arr.assign(m_dimmtable->dimmtable_size, 0);
+    } catch (const CStopped&) {
+        throw;
     } catch (...) {
         const std::string text = CurrentText();
         SendLog(LW_ERR_TEST, "init function failed: %s %s", "init", text.c_str());
@@ -135,6 +137,7 @@ void CParamEepromCmd::parse(const char* file) {
             const std::vector<std::string> pieces = parser.parse();
             SendLog(LW_SW_TRACE, "Done Parsing XML! \n");
             for (const std::string& piece : pieces) {
+                countWords(0, 0);
                 SendLog(LW_SW_TRACE, "%s", piece.c_str());
             }
         } catch (const Xml_Exceptions fault) {

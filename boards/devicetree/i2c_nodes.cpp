@@ -1,6 +1,7 @@
 #include "boards/devicetree/i2c_nodes.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
 
 #include "boards/chips/board_eeprom.h"
@@ -12,14 +13,13 @@
 #include "boards/devicetree/plain_node.h"
 #include "boards/devicetree/printable_text.h"
 #include "framework/diag_exception.h"
+#include "i2c/param_eeprom_cmd.h"
 
 namespace {
 
 // The library counts the bytes of a transfer in eight bits, and takes a power
 // of two.
 constexpr uint16_t LARGEST_TRANSFER = 128;
-
-constexpr const char* DEFAULT_TABLE = "prog_param_quillbank.xml";
 
 uint8_t AddrOf(const CDeviceRequest& request) {
     return static_cast<uint8_t>(request.addr.value());
@@ -108,7 +108,8 @@ std::unique_ptr<CDiagMenu> CreateEepromNode(const CDeviceRequest& request) {
 }
 
 std::unique_ptr<CDiagMenu> CreateParamEepromNode(const CDeviceRequest& request) {
-    return CreateWholeEeprom<CBoardParamEeprom>(request, request.tables / DEFAULT_TABLE);
+    return CreateWholeEeprom<CBoardParamEeprom>(
+        request, request.tables / std::filesystem::path(CParamEepromCmd::DEFAULT_FILE).filename());
 }
 
 std::unique_ptr<CDiagMenu> CreateUnsupportedSlave(const CDeviceRequest& request) {

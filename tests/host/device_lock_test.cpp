@@ -261,6 +261,12 @@ class CommandLock : public testing::Test {
         m_device.AddChild(command, CDiagObj::NO_SORT);
         return *command;
     }
+    // Until the thread waits for a device.
+    static void AwaitWait(std::thread::id thread) {
+        while (!CDeviceHold::WaitOf(thread).has_value()) {
+            std::this_thread::yield();
+        }
+    }
     CDiagDevice m_device{"device", "", TDEVICE};
 };
 
@@ -282,12 +288,8 @@ TEST_F(CommandLock, AnyOtherCommandHasItsDeviceToItself) {
 TEST_F(CommandLock, ACommandThatSharesItsDeviceWaitsForATest) {
     CProbingCmd& command = Add(CDiagFunc::SHARES_DEVICE);
     auto test = CDeviceHold::Acquire({{&m_device, DEV_LOCK_ACCESS}}, Never);
-    std::promise<void> started;
-    std::thread caller([&] {
-        started.set_value();
-        EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);
-    });
-    started.get_future().wait();
+    std::thread caller([&] { EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS); });
+    AwaitWait(caller.get_id());
     CDeviceHold::WakeWaiting();
     EXPECT_FALSE(command.m_invoked);
     test.reset();
@@ -298,12 +300,8 @@ TEST_F(CommandLock, ACommandThatSharesItsDeviceWaitsForATest) {
 TEST_F(CommandLock, AnyOtherCommandWaitsForACommandThatSharesTheDevice) {
     CProbingCmd& command = Add(0);
     auto sharing = CDeviceHold::Acquire({{&m_device, DEV_LOCK_PROTECT}}, Never);
-    std::promise<void> started;
-    std::thread caller([&] {
-        started.set_value();
-        EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);
-    });
-    started.get_future().wait();
+    std::thread caller([&] { EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS); });
+    AwaitWait(caller.get_id());
     CDeviceHold::WakeWaiting();
     EXPECT_FALSE(command.m_invoked);
     sharing.reset();
@@ -324,9 +322,14 @@ TEST_F(CommandLock, ACommandDoesNotWaitForATestThatOnlyProtectsItsDevice) {
 }
 
 TEST_F(CommandLock, ACommandRunsInsideATestOfItsOwnThread) {
-    CProbingCmd& command = Add(CDiagFunc::SHARES_DEVICE);
-    const auto test = CDeviceHold::Acquire({{&m_device, DEV_LOCK_ACCESS}}, Never);
-    EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);
+    for (const unsigned int flags : {CDiagFunc::SHARES_DEVICE, 0U}) {
+        for (const EDevLockType type : {DEV_LOCK_ACCESS, DEV_LOCK_PROTECT}) {
+            CProbingCmd& command = Add(flags);
+            const auto test = CDeviceHold::Acquire({{&m_device, type}}, Never);
+            EXPECT_EQ(Send(command, MSG_CALL).Code(), MSG_SUCCESS);
+            m_device.RemoveChild(command.GetId());
+        }
+    }
 }
 
 TEST_F(CommandLock, ACommandWithoutADeviceRunsAllTheSame) {

@@ -106,6 +106,24 @@ TEST_F(DimmTableEffort, IsBoundedForParameterEntities) {
     ExpectARefusal(Document(declarations + "%l9;", Required()));
 }
 
+TEST_F(DimmTableEffort, IsBoundedForDeclarationsThatAreRepeated) {
+    const std::string names =
+        Many(6000, [](const std::string& i) { return (i == "0" ? "n" : "|n") + i; });
+    ExpectAnEnd(Document("<!ENTITY % p \"<!ATTLIST e b (" + names + ") #IMPLIED>\">\n" +
+                             Many(10000, [](const std::string&) { return "%p;\n"; }),
+                         Required()));
+}
+
+TEST_F(DimmTableEffort, IsBoundedForNames) {
+    ExpectAnEnd(
+        Document(Required() + Many(MILLION, [](const std::string& i) { return "<n" + i + "/>"; })));
+}
+
+TEST_F(DimmTableEffort, IsBoundedForInstructions) {
+    ExpectAnEnd(Document(Required() +
+                         Many(MILLION, [](const std::string& i) { return "<?n" + i + "?>"; })));
+}
+
 TEST_F(DimmTableEffort, GrowsWithTheModulesAlone) {
     ExpectAnEnd(Document(Header() + Many(MODULES, [](const std::string& i) {
                              return Module(i, i) + RegisterSet(Pair(i, i));

@@ -262,4 +262,10 @@ TEST_F(DimmTableFiles, MayUseNamesOfAnUnknownNamespace) {
     EXPECT_THAT(Errors(), IsEmpty());
 }
 
+TEST_F(DimmTableFiles, MustBeOfTheirEncoding) {
+    const std::string xml =
+        "<?xml version='1.0' encoding='EUC-JP'?>\n<t>\n" + Required() + "\xFF\xFF</t>\n";
+    EXPECT_THAT(FaultOf(Write("table.xml", xml).string()), HasSubstr("input conversion failed"));
+}
+
 }  // namespace

@@ -160,6 +160,21 @@ TEST_F(DimmTableHostile, LimitsAllDeclarationsTogether) {
     ExpectRefused(Document(declarations, Required()), "65536");
 }
 
+TEST_F(DimmTableHostile, LimitsTheDifferentNames) {
+    std::string elements;
+    for (int i = 0; i < 65536; ++i) {
+        elements += "<n" + std::to_string(i) + "/>";
+    }
+    ExpectRefused(Document(Required() + elements + "\n"), "65536 different names");
+}
+
+TEST_F(DimmTableHostile, LimitsTheModules) {
+    EXPECT_EQ(FailureOf(Document(Repeated("<jedec_manufacturer_id/>", 99999) + "\n" + Required())),
+              std::nullopt);
+    ExpectRefused(Document(Repeated("<jedec_manufacturer_id/>", 100000) + "\n" + Required()),
+                  "100000 modules");
+}
+
 TEST_F(DimmTableHostile, NamesADepthThatIsTooLarge) {
     EXPECT_EQ(FailureOf(Nested(CDimmTableDocument::MAX_DEPTH)), std::nullopt);
     EXPECT_STREQ(PartNum(0), "PN-EXAMPLE-01");

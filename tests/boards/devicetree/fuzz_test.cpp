@@ -234,8 +234,7 @@ TEST(BlobFuzz, MountsWhateverTreeComesOfIt) {
     const COutcome outcome = Fuzz(20240602, 2'000, [&folder](const CDeviceTree& tree) {
         // The chip at a place changes its size from one tree to the next.
         std::filesystem::remove_all(folder.Path() / "state");
-        ExpectNamesAreTypeableAndUnique(
-            *MountBoard(tree, folder.Path(), folder.Path() / "state"));
+        ExpectNamesAreTypeableAndUnique(*MountBoard(tree, folder.Path(), folder.Path() / "state"));
     });
     EXPECT_GT(outcome.trees, 200U);
     // All that was written lies where it should.
