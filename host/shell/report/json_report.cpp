@@ -4,8 +4,8 @@
 
 #include "framework/diag_functions.h"
 #include "host/log_types.h"
-#include "host/shell/run/result_name.h"
 #include "host/shell/report/utc_time.h"
+#include "host/shell/run/result_name.h"
 
 namespace {
 

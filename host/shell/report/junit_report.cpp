@@ -8,8 +8,8 @@
 #include <system_error>
 
 #include "host/shell/printable.h"
-#include "host/shell/run/result_name.h"
 #include "host/shell/report/utc_time.h"
+#include "host/shell/run/result_name.h"
 
 namespace {
 
