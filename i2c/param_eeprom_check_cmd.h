@@ -49,6 +49,7 @@ class CParamEepromCmdCheck : public virtual CParamEepromCmd {
     bool checkDimmPartNum(uint32_t i);
     bool checkRevisions(uint32_t i);
     bool checkNumRegisters(uint32_t i);
+    bool checkWord(uint32_t i, uint32_t expected);
     bool checkAddrValues(uint32_t i);
     bool checkRegisterOffset(uint32_t i, uint32_t k);
     bool checkRegisterValue(uint32_t i, uint32_t k);

@@ -58,24 +58,20 @@ bool CParamEepromCmdCheck::checkDimmPartNum(uint32_t i) {
 
 bool CParamEepromCmdCheck::checkRevisions(uint32_t i) {
     SendLog(LW_SW_TRACE, "Check Revisions m_offset=%d\n", m_offset);
-    const uint32_t expected = RevisionWord(m_dimmtable->entry[i]);
-    const uint32_t read = readWord();
-    m_offset += DIMM_WORD;
-    if (read != expected) {
-        SendLog(LW_ERR_TEST,
-                "Dimm[%d]:Revision Pattern does not match! expected: 0x%08X, read: 0x%08X\n", i,
-                expected, read);
-    }
-    return read == expected;
+    return checkWord(i, RevisionWord(m_dimmtable->entry[i]));
 }
 
 bool CParamEepromCmdCheck::checkNumRegisters(uint32_t i) {
     SendLog(LW_SW_TRACE, "Check Num Registers m_offset=%d\n", m_offset);
-    const uint32_t expected = m_dimmtable->entry[i].num_Reg;
+    return checkWord(i, m_dimmtable->entry[i].num_Reg);
+}
+
+// Test stations know the line for a wrong number of registers too, though it
+// names the revision.
+bool CParamEepromCmdCheck::checkWord(uint32_t i, uint32_t expected) {
     const uint32_t read = readWord();
     m_offset += DIMM_WORD;
     if (read != expected) {
-        // Test stations know this line, though it names the revision.
         SendLog(LW_ERR_TEST,
                 "Dimm[%d]:Revision Pattern does not match! expected: 0x%08X, read: 0x%08X\n", i,
                 expected, read);
