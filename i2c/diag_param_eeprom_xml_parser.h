@@ -11,14 +11,7 @@
 #include "i2c/dimm_table.h"
 #include "i2c/dimm_table_assigner.h"
 #include "i2c/dimm_table_document.h"
-
-// Why there is no table; thrown by value.
-enum Xml_Exceptions : uint32_t {
-    NO_XML_FILE_FOUND = 0,  // no such file, or it cannot be read, or it is no XML
-    XML_FORMAT_ERROR = 1,   // it is XML, but cannot be a table
-    XML_MISSING_TAGS = 2,   // an element that every table has does not occur
-    XML_NO_TAGS = 3,        // no element is known at all
-};
+#include "i2c/xml_exceptions.h"
 
 // A fault that one step of the parser found.
 class ParserException {

@@ -12,6 +12,8 @@
 #include <system_error>
 #include <utility>
 
+#include "framework/file_descriptor.h"
+
 namespace {
 
 // The headers that the tables of the field were first read with: 2.7.7.
@@ -27,22 +29,6 @@ struct CXmlTables {
     ~CXmlTables() { xmlCleanupParser(); }
     CXmlTables(const CXmlTables&) = delete;
     CXmlTables& operator=(const CXmlTables&) = delete;
-};
-
-class CDescriptor {
-  public:
-    explicit CDescriptor(int fd) : m_fd(fd) {}
-    ~CDescriptor() {
-        if (m_fd >= 0) {
-            ::close(m_fd);
-        }
-    }
-    CDescriptor(const CDescriptor&) = delete;
-    CDescriptor& operator=(const CDescriptor&) = delete;
-    int Get() const { return m_fd; }
-
-  private:
-    const int m_fd;
 };
 
 struct CFreeContext {
@@ -291,9 +277,9 @@ CDimmTableDocument::EResult CDimmTableDocument::Refuse(EResult result, std::stri
 CDimmTableDocument::EResult CDimmTableDocument::Read(const char* filename) {
     const std::string name = filename;
     // A pipe or a device would be waited for, or never end.
-    const CDescriptor file(::open(filename, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    const CFileDescriptor file(::open(filename, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat info {};
-    if (file.Get() < 0 || ::fstat(file.Get(), &info) != 0) {
+    if (!file.IsOpen() || ::fstat(file.Get(), &info) != 0) {
         return Refuse(EResult::NO_DOCUMENT, name + ": " + ReasonOf(errno));
     }
     if (!S_ISREG(info.st_mode)) {

@@ -151,7 +151,7 @@ void CParamEepromCmd::parse(const char* file) {
 }
 
 // `read_fault`: why there is no document, where that is the fault.
-void CParamEepromCmd::reportXmlFault(uint32_t fault, const char* file,
+void CParamEepromCmd::reportXmlFault(Xml_Exceptions fault, const char* file,
                                      const char* read_fault) const {
     SendLog(LW_ERR_TEST, "HEREEE_ERRORR!!\n");
     switch (fault) {
@@ -180,8 +180,6 @@ void CParamEepromCmd::reportXmlFault(uint32_t fault, const char* file,
                     "Error: Xml Parsing failed. XML file \"%s\" format is incorrect. No Tags "
                     "were found.\n",
                     file);
-            break;
-        default:
             break;
     }
 }

@@ -13,6 +13,7 @@
 #include "framework/long_work.h"
 #include "i2c/dimm_image.h"
 #include "i2c/dimm_table.h"
+#include "i2c/xml_exceptions.h"
 
 class CDiagParamEepromDevice;
 
@@ -115,7 +116,7 @@ class CParamEepromCmd : public CDiagFunc, public CLongWork {
     uint32_t swal_eeprom_read32(uint16_t offset) const;
     void swal_eeprom_write32(uint16_t offset, uint32_t value) const;
     void parse(const char* file);
-    void reportXmlFault(uint32_t fault, const char* file, const char* read_fault) const;
+    void reportXmlFault(Xml_Exceptions fault, const char* file, const char* read_fault) const;
 
     // For log lines: the source unit of these commands.
     static constexpr const char* UNIT = "i2c/diag_param_eeprom";

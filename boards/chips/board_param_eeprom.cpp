@@ -28,11 +28,11 @@ class CWithBoardTable : public Command {
         if (!installed && !beside) {
             this->SendLog(LW_INFO, "there is no default table, neither installed nor as %s\n",
                           m_table.c_str());
+            Command::getDefDimmTable();
+            return;
         }
-        const std::filesystem::path table = installed || !beside ? this->DEFAULT_FILE : m_table;
-        if (installed || beside) {
-            this->SendLog(LW_INFO, "DIMM table: %s\n", table.c_str());
-        }
+        const std::filesystem::path table = installed ? this->DEFAULT_FILE : m_table;
+        this->SendLog(LW_INFO, "DIMM table: %s\n", table.c_str());
         this->getDimmTableFrom(table);
     }
 

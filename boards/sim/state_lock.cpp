@@ -21,32 +21,27 @@ std::string HolderOf(int fd) {
                     : "another process";
 }
 
-}  // namespace
-
-CStateLock::CStateLock(const std::filesystem::path& folder) {
+int OpenIn(const std::filesystem::path& folder) {
     std::error_code unmade;
     std::filesystem::create_directories(folder, unmade);
-    m_fd = ::open((folder / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (m_fd < 0) {
+    return ::open((folder / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+}
+
+}  // namespace
+
+CStateLock::CStateLock(const std::filesystem::path& folder) : m_file(OpenIn(folder)) {
+    if (!m_file.IsOpen()) {
         return;
     }
-    if (::flock(m_fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-        const std::string holder = HolderOf(m_fd);
-        ::close(m_fd);
+    if (::flock(m_file.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         throw CDiagException(
             "%s: %s simulates a board with these contents; end it, or give another folder with "
             "--state DIR",
-            folder.c_str(), holder.c_str());
+            folder.c_str(), HolderOf(m_file.Get()).c_str());
     }
     const std::string pid = std::to_string(::getpid());
     // Only for the message: who cannot write it is still the holder.
-    if (::ftruncate(m_fd, 0) == 0) {
-        [[maybe_unused]] const ssize_t written = ::pwrite(m_fd, pid.data(), pid.size(), 0);
-    }
-}
-
-CStateLock::~CStateLock() {
-    if (m_fd >= 0) {
-        ::close(m_fd);
+    if (::ftruncate(m_file.Get(), 0) == 0) {
+        [[maybe_unused]] const ssize_t written = ::pwrite(m_file.Get(), pid.data(), pid.size(), 0);
     }
 }

@@ -4,16 +4,15 @@
 
 #include <filesystem>
 
+#include "framework/file_descriptor.h"
+
 class CStateLock {
   public:
     // Makes the folder where it is missing. Throws CDiagException, naming the
     // other process, when that has the folder. A folder that cannot be written,
     // or locked, is not locked.
     explicit CStateLock(const std::filesystem::path& folder);
-    ~CStateLock();
-    CStateLock(const CStateLock&) = delete;
-    CStateLock& operator=(const CStateLock&) = delete;
 
   private:
-    int m_fd;
+    const CFileDescriptor m_file;
 };

@@ -10,6 +10,8 @@
 #include <deque>
 #include <system_error>
 
+#include "framework/file_descriptor.h"
+
 namespace {
 
 constexpr mode_t OWNER_ONLY = 0600;
@@ -20,21 +22,13 @@ constexpr size_t LINE_BOUND = 65536;
     throw std::system_error(error, std::generic_category());
 }
 
-class CDescriptor {
+class CDescriptor : public CFileDescriptor {
   public:
-    explicit CDescriptor(int fd) : m_fd(fd) {}
-    ~CDescriptor() {
-        if (m_fd >= 0) {
-            ::close(m_fd);
-        }
-    }
-    CDescriptor(const CDescriptor&) = delete;
-    CDescriptor& operator=(const CDescriptor&) = delete;
+    using CFileDescriptor::CFileDescriptor;
 
-    bool IsOpen() const { return m_fd >= 0; }
     struct stat Info() const {
         struct stat info {};
-        if (::fstat(m_fd, &info) != 0) {
+        if (::fstat(Get(), &info) != 0) {
             Throw(errno);
         }
         return info;
@@ -43,14 +37,10 @@ class CDescriptor {
     bool Lock(int operation) const {
         int result = 0;
         do {
-            result = ::flock(m_fd, operation);
+            result = ::flock(Get(), operation);
         } while (result != 0 && errno == EINTR);
         return result == 0;
     }
-    int Get() const { return m_fd; }
-
-  private:
-    const int m_fd;
 };
 
 // A pipe or a device would be waited for, or never end.
