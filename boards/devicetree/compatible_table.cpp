@@ -16,8 +16,9 @@ constexpr CBinding Mux(std::string_view compatible) {
     return {compatible, I2C_DEVICE, CreateMuxNode, CreateSimMux};
 }
 
-constexpr CBinding Eeprom(std::string_view compatible, CBinding::DescribeEeprom describe) {
-    return {compatible, I2C_DEVICE, CreateEepromNode, CreateSimEeprom, describe};
+constexpr CBinding Eeprom(std::string_view compatible, CBinding::DescribeEeprom describe,
+                          CBinding::CreateNode create = CreateEepromNode) {
+    return {compatible, I2C_DEVICE, create, CreateSimEeprom, describe};
 }
 
 constexpr std::array BINDINGS = {
@@ -36,9 +37,8 @@ constexpr std::array BINDINGS = {
     Mux("nxp,pca9547"),
     Mux("nxp,pca9548"),
 
-    Eeprom("morva,mfg-eeprom", DescribeBoardEeprom),
-    CBinding{"morva,param-eeprom", I2C_DEVICE, CreateParamEepromNode, CreateSimEeprom,
-             DescribeBoardEeprom},
+    Eeprom("morva,mfg-eeprom", DescribeMfgEeprom, CreateMfgEepromNode),
+    Eeprom("morva,param-eeprom", DescribeParamEeprom, CreateParamEepromNode),
     Eeprom("*,24c01", DescribeAt24),
     Eeprom("*,24c02", DescribeAt24),
     Eeprom("*,24c04", DescribeAt24),
@@ -53,8 +53,8 @@ constexpr std::array BINDINGS = {
     Eeprom("*,24cm01", DescribeAt24),
     Eeprom("*,24c2048", DescribeAt24),
     Eeprom("*,24cm02", DescribeAt24),
-    Eeprom("*,spd", DescribeAt24),
-    CBinding{"sff,sfp", I2C_MODULE, CreateEepromNode, CreateSimEeprom, DescribeModuleEeprom},
+    Eeprom("*,spd", DescribeSpd, CreateSpdNode),
+    CBinding{"sff,sfp", I2C_MODULE, CreateSfpNode, CreateSimModule, DescribeModuleEeprom},
 
     CBinding{"nxp,pca9555", I2C_DEVICE, CreateUnsupportedSlave},
     CBinding{"adi,adt7461", I2C_DEVICE, CreateUnsupportedSlave},

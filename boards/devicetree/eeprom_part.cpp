@@ -5,6 +5,7 @@
 #include <bit>
 #include <string_view>
 
+#include "boards/devicetree/mount_step.h"
 #include "boards/devicetree/part_name.h"
 #include "boards/devicetree/printable_text.h"
 #include "boards/devicetree/property_reader.h"
@@ -14,11 +15,15 @@
 namespace {
 
 constexpr uint32_t MIN_SIZE = 16;
+constexpr uint32_t SPD_SIZE = 256;
+constexpr uint32_t MIN_MFG_SIZE = 128;  // the record has 96 bytes
+constexpr const char* BOARD_PART = "24c64";
 constexpr uint32_t MAX_PAGE = 256;
 constexpr uint32_t MAX_ADDRESSES = 8;  // three address pins
+constexpr uint32_t FIRST_SPD_ADDR = 0x50;
 
 constexpr eeprom_part_t MODULE_PART = {
-    .size = 256, .page = 8, .addr_bytes = 1, .addresses = 1, .read_only = true};
+    .size = 256, .page = 8, .addr_bytes = 1, .addresses = 1, .read_only = true, .memories = 2};
 
 // Larger relatives and other names of the 24C1024: more addresses of 64 KiB each.
 struct large_part_t {
@@ -49,8 +54,9 @@ eeprom_part_t KnownPart(const CDeviceTreeNode& node, std::string_view name) {
     return {part->size, part->page, part->addr_bytes, part->addresses, part->write_protected};
 }
 
-// The part as the node's properties describe it.
-eeprom_part_t Described(eeprom_part_t part, const CDeviceTreeNode& node) {
+// The part as the node's properties describe it, of at least `min_size` bytes.
+eeprom_part_t Described(eeprom_part_t part, const CDeviceTreeNode& node,
+                        uint32_t min_size = MIN_SIZE) {
     const uint32_t width = ReadU32(node, "address-width").value_or(part.addr_bytes * 8U);
     if (width != 8 && width != 16) {
         RefuseValue(node, "address-width", width, "8 or 16");
@@ -60,10 +66,10 @@ eeprom_part_t Described(eeprom_part_t part, const CDeviceTreeNode& node) {
     part.size = ReadU32(node, "size").value_or(part.size);
     const uint32_t reach = uint32_t{1} << width;  // bytes behind one slave address
     const uint32_t largest = reach * MAX_ADDRESSES;
-    if (!std::has_single_bit(part.size) || part.size < MIN_SIZE || part.size > largest) {
+    if (!std::has_single_bit(part.size) || part.size < min_size || part.size > largest) {
         RefuseValue(
             node, "size", part.size,
-            "a power of two from " + std::to_string(MIN_SIZE) + " to " + std::to_string(largest));
+            "a power of two from " + std::to_string(min_size) + " to " + std::to_string(largest));
     }
     part.addresses = static_cast<uint8_t>(std::max(part.size / reach, uint32_t{1}));
 
@@ -87,12 +93,22 @@ eeprom_part_t Described(eeprom_part_t part, const CDeviceTreeNode& node) {
 
 }  // namespace
 
+eeprom_part_t DescribeSpd(const CDeviceTreeNode& node, const std::string& compatible) {
+    // The slot's three address pins follow a fixed code (JEDEC Standard 21-C, 4.1.2).
+    RequireReg(node, FIRST_SPD_ADDR, FIRST_SPD_ADDR + 7, "an address of a memory slot");
+    return Described(KnownPart(node, PartName(compatible)), node, SPD_SIZE);
+}
+
 eeprom_part_t DescribeAt24(const CDeviceTreeNode& node, const std::string& compatible) {
     return Described(KnownPart(node, PartName(compatible)), node);
 }
 
-eeprom_part_t DescribeBoardEeprom(const CDeviceTreeNode& node, const std::string&) {
-    return Described(KnownPart(node, "24c64"), node);
+eeprom_part_t DescribeMfgEeprom(const CDeviceTreeNode& node, const std::string&) {
+    return Described(KnownPart(node, BOARD_PART), node, MIN_MFG_SIZE);
+}
+
+eeprom_part_t DescribeParamEeprom(const CDeviceTreeNode& node, const std::string&) {
+    return Described(KnownPart(node, BOARD_PART), node);
 }
 
 eeprom_part_t DescribeModuleEeprom(const CDeviceTreeNode&, const std::string&) {

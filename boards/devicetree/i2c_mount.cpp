@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "boards/chips/board_node_path.h"
+#include "boards/chips/board_sfp_eeprom.h"
 #include "boards/devicetree/i2c_nodes.h"
 #include "boards/devicetree/mount_step.h"
 #include "boards/devicetree/plain_node.h"
@@ -42,10 +43,12 @@ const CDeviceTreeNode& ChannelsOf(const CDeviceTreeNode& mux) {
 // The bus must know how the part is addressed before anything is written there.
 void Declare(const CDeviceTreeNode& node, const eeprom_part_t& part, uint8_t addr, CRootBus& bus) {
     try {
-        bus.DeclareEeprom({.addr = addr,
-                           .addresses = part.addresses,
-                           .addr_bytes = part.addr_bytes,
-                           .page = part.page});
+        for (unsigned int memory = 0; memory < part.memories; ++memory) {
+            bus.DeclareEeprom({.addr = static_cast<uint8_t>(addr + memory * part.addresses),
+                               .addresses = part.addresses,
+                               .addr_bytes = part.addr_bytes,
+                               .page = part.page});
+        }
     } catch (const CDiagException& fault) {
         throw CDiagException("%s: %s", node.Path().c_str(), fault.what());
     }
@@ -139,7 +142,7 @@ void CI2cMount::MountKnown(CDeviceRequest& request, const CBinding& binding, uin
             throw CDiagException("%s: a chip of %u addresses cannot begin at 0x%02x",
                                  node.Path().c_str(), unsigned{eeprom.addresses}, unsigned{addr});
         }
-        wire.Claim(addr, eeprom.addresses, node);
+        wire.Claim(addr, unsigned{eeprom.addresses} * eeprom.memories, node);
         Declare(node, eeprom, addr, wire.Root());
         request.eeprom = &eeprom;
     } else {
@@ -151,6 +154,9 @@ void CI2cMount::MountKnown(CDeviceRequest& request, const CBinding& binding, uin
     CDiagMenu& device = AddNode(wire.Menu(), binding.create_node(request));
     if (chip.memory != nullptr) {
         ShowContents(device, *chip.memory);
+    }
+    if (chip.diagnostics != nullptr) {
+        ShowContents(*device.FindChild(CBoardSfpEeprom::DIAGNOSTICS), *chip.diagnostics);
     }
     if (chip.mux != nullptr) {
         MountChannels(node, dynamic_cast<CDiagI2cSwitch&>(device), *chip.mux, wire);
@@ -165,8 +171,7 @@ CSimParts CI2cMount::CreateChip(const CDeviceRequest& request, const CBinding& b
     if (request.eeprom != nullptr) {
         LockState();
     }
-    const std::filesystem::path file =
-        wire.Folder() / (toString(addr, VF_HEX | VF_PAD) + std::string(".bin"));
+    const std::filesystem::path file = wire.Folder() / ContentsFile(addr);
     return binding.create_chip({.node = request.node,
                                 .compatible = request.compatible,
                                 .addr = addr,

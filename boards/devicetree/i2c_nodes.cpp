@@ -6,13 +6,17 @@
 
 #include "boards/chips/board_eeprom.h"
 #include "boards/chips/board_param_eeprom.h"
+#include "boards/chips/board_sfp_eeprom.h"
 #include "boards/chips/board_slave.h"
+#include "boards/chips/decoded_eeprom.h"
 #include "boards/chips/mux_chip.h"
 #include "boards/devicetree/node_name.h"
 #include "boards/devicetree/part_name.h"
 #include "boards/devicetree/plain_node.h"
 #include "boards/devicetree/printable_text.h"
 #include "framework/diag_exception.h"
+#include "i2c/diag_mfg_eeprom.h"
+#include "i2c/diag_spd_eeprom.h"
 #include "i2c/param_eeprom_cmd.h"
 
 namespace {
@@ -73,6 +77,13 @@ std::unique_ptr<CDiagMenu> CreateWholeEeprom(const CDeviceRequest& request, cons
                                 part.size, more...);
 }
 
+// One that begins with a record of that kind.
+template <class Eeprom>
+std::unique_ptr<CDiagMenu> CreateDecodedEeprom(const CDeviceRequest& request,
+                                               std::string_view kind) {
+    return CreateWholeEeprom<Eeprom>(request, *FindDecoder(kind));
+}
+
 }  // namespace
 
 std::unique_ptr<CDiagMenu> CreateMuxNode(const CDeviceRequest& request) {
@@ -105,6 +116,18 @@ std::unique_ptr<CDiagMenu> CreateEepromNode(const CDeviceRequest& request) {
                        CDiagObj::NO_SORT);
     }
     return menu;
+}
+
+std::unique_ptr<CDiagMenu> CreateSpdNode(const CDeviceRequest& request) {
+    return CreateDecodedEeprom<CDecodedEepromOf<CDiagSpdEepromDevice>>(request, "spd");
+}
+
+std::unique_ptr<CDiagMenu> CreateMfgEepromNode(const CDeviceRequest& request) {
+    return CreateDecodedEeprom<CDecodedEepromOf<CDiagMfgEepromDevice>>(request, "mfg");
+}
+
+std::unique_ptr<CDiagMenu> CreateSfpNode(const CDeviceRequest& request) {
+    return CreateDecodedEeprom<CBoardSfpEeprom>(request, "sfp");
 }
 
 std::unique_ptr<CDiagMenu> CreateParamEepromNode(const CDeviceRequest& request) {

@@ -15,6 +15,11 @@ std::unique_ptr<CDiagMenu> CreateMuxNode(const CDeviceRequest& request);
 // with a device for each slave address, "block0", "block1", ...
 std::unique_ptr<CDiagMenu> CreateEepromNode(const CDeviceRequest& request);
 
+// A CDecodedEepromOf.
+std::unique_ptr<CDiagMenu> CreateSpdNode(const CDeviceRequest& request);
+std::unique_ptr<CDiagMenu> CreateMfgEepromNode(const CDeviceRequest& request);
+// A CBoardSfpEeprom.
+std::unique_ptr<CDiagMenu> CreateSfpNode(const CDeviceRequest& request);
 // A CBoardParamEeprom; its table of last resort is the default board's.
 std::unique_ptr<CDiagMenu> CreateParamEepromNode(const CDeviceRequest& request);
 

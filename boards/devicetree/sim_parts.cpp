@@ -8,13 +8,19 @@
 #include "boards/devicetree/part_name.h"
 #include "boards/devicetree/printable_text.h"
 #include "boards/sim/sim_at24.h"
+#include "framework/diag_functions.h"
 
 namespace {
 
+// A file that cannot be looked for counts: who reads it will say why it cannot.
+bool Exists(const std::filesystem::path& file) {
+    std::error_code unknown;
+    return std::filesystem::exists(file, unknown) || unknown;
+}
+
 // Nothing when there is no such file: the chip is blank then.
 std::vector<uint8_t> ReadImage(const std::filesystem::path& file, uint32_t size) {
-    std::error_code unknown;
-    if (!std::filesystem::exists(file, unknown) && !unknown) {
+    if (!Exists(file)) {
         return {};
     }
     std::vector<uint8_t> image = ReadFileBytes(file, size);
@@ -35,6 +41,10 @@ std::unique_ptr<CSimMemory> CreateMemory(const CChipRequest& request, uint32_t s
 
 }  // namespace
 
+std::filesystem::path ContentsFile(uint8_t addr) {
+    return toString(addr, VF_HEX | VF_PAD) + std::string(".bin");
+}
+
 CSimParts CreateSimEeprom(const CChipRequest& request) {
     const eeprom_part_t& part = *request.eeprom;
     const sim_at24_part_t chip_part = {.name = "EEPROM",
@@ -46,6 +56,19 @@ CSimParts CreateSimEeprom(const CChipRequest& request) {
     CSimAt24& chip = request.wire.Segment().Add(std::make_unique<CSimAt24>(
         chip_part, request.addr, CreateMemory(request, part.size), request.wire.Clock()));
     return {.memory = &chip.Memory()};
+}
+
+CSimParts CreateSimModule(const CChipRequest& request) {
+    CSimParts parts = CreateSimEeprom(request);
+    CChipRequest second = request;
+    ++second.addr;
+    const std::filesystem::path file = ContentsFile(second.addr);
+    second.contents.replace_filename(file);
+    second.image.replace_filename(file);
+    if (Exists(second.contents) || Exists(second.image)) {
+        parts.diagnostics = CreateSimEeprom(second).memory;
+    }
+    return parts;
 }
 
 CSimParts CreateSimMux(const CChipRequest& request) {

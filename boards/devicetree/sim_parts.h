@@ -32,12 +32,18 @@ class CContentsFault : public CDiagException {
     explicit CContentsFault(const std::string& text) : CDiagException("%s", text.c_str()) {}
 };
 
+// How the file of the memory at that address is called.
+std::filesystem::path ContentsFile(uint8_t addr);
+
 // What the rest of the board has to know of the chip; the wire owns it.
 struct CSimParts {
-    CSimMemory* memory = nullptr;  // of a memory chip
-    CSimMux* mux = nullptr;        // of a multiplexer
+    CSimMemory* memory = nullptr;       // of a memory chip
+    CSimMemory* diagnostics = nullptr;  // of a module that has them
+    CSimMux* mux = nullptr;             // of a multiplexer
 };
 
-// Both throw CDiagException, naming the node, when the chip cannot be made.
+// All throw CDiagException, naming the node, when the chip cannot be made.
 CSimParts CreateSimEeprom(const CChipRequest& request);
+// The second memory is there when it has contents, or an image that it may begin with.
+CSimParts CreateSimModule(const CChipRequest& request);
 CSimParts CreateSimMux(const CChipRequest& request);

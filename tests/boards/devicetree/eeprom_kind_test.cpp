@@ -43,7 +43,7 @@ TEST_F(EepromKind, HasTheChildrenOfAnEepromInTheirOrder) {
     MountBehindThree("atmel,24c512", 65536);
     EXPECT_EQ(ChildrenOf(m_path), (Names{"enable-path", "clr-path", "read", "write-byte", "memory",
                                          "rw-test", "read-cont"}));
-    MountOnRoot("atmel,spd", 256);
+    MountOnRoot("atmel,24c02", 256, [](CBlobBuilder& dev) { dev.Bytes("read-only", ""); });
     EXPECT_EQ(ChildrenOf(m_path), (Names{"read", "memory", "rw-test", "read-cont"}));
 }
 

@@ -75,13 +75,20 @@ TEST_F(Quillbank, HasItsDevicesWhereTheyHang) {
                                        {{2, eeprom(dimm + "/ch2/param-eeprom")},
                                         {5, {dimm + "/ch5/temp-dimm"}}})}}));
     add({"/i2c-1", "/i2c-1/gpio-cages", "/i2c-1/temp-cages"});
+    const auto with_diagnostics = [&eeprom](const std::string& path) {
+        Names paths = eeprom(path);
+        const Names below = eeprom(path + "/diagnostics");
+        paths.insert(paths.end(), below.begin(), below.end());
+        return paths;
+    };
     add(WithChannels(cages, 8,
-                     {{0, eeprom(cages + "/ch0/sfp-1g")},
-                      {1, WithChannels(fast, 8, {{3, eeprom(fast + "/ch3/sfp-10g")}})}}));
+                     {{0, with_diagnostics(cages + "/ch0/sfp-1g")},
+                      {1, WithChannels(fast, 8, {{3, with_diagnostics(fast + "/ch3/sfp-10g")}})}}));
     add({"/mdio-0", "/mdio-0/phy-mgmt", "/mdio-0/phy-aux", "/mdio-1", "/mdio-1/phy-10g"});
     add({"/sim", "/sim/i2c-0.mfg-eeprom", "/sim/i2c-0.pca9547-0.ch0.spd-0",
          "/sim/i2c-0.pca9547-0.ch0.spd-1", "/sim/i2c-0.pca9547-0.ch1.pca9548-0.ch2.param-eeprom",
-         "/sim/i2c-1.pca9548-1.ch0.sfp-1g", "/sim/i2c-1.pca9548-1.ch1.pca9547-1.ch3.sfp-10g"});
+         "/sim/i2c-1.pca9548-1.ch0.sfp-1g", "/sim/i2c-1.pca9548-1.ch1.pca9547-1.ch3.sfp-10g",
+         "/sim/i2c-1.pca9548-1.ch1.pca9547-1.ch3.sfp-10g.diagnostics"});
 
     Names have;
     AddPaths(have, *m_root);
@@ -91,7 +98,7 @@ TEST_F(Quillbank, HasItsDevicesWhereTheyHang) {
 
 TEST_F(Quillbank, FillsEveryMemoryFromTheImageOfItsPlace) {
     const std::set<std::string> files = FilesBelow(Images());
-    EXPECT_EQ(files.size(), 6U);
+    EXPECT_EQ(files.size(), 7U);
     std::set<std::string> state = FilesBelow(State());
     state.erase("lock");  // tells whose they are
     EXPECT_EQ(state, files);
