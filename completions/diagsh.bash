@@ -7,6 +7,18 @@ _diagsh_files()
     mapfile -t COMPREPLY < <({ compgen -d -- "$2"; compgen -f -X "!$1" -- "$2"; } | sort -u)
 }
 
+# What may stand behind "decode" and the words that stand there already.
+_diagsh_decode()
+{
+    if [[ $1 == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "--json --help -h" -- "$1")
+    elif [[ $2 =~ ^(--json )?$ ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "spd sfp mfg" -- "$1")
+    else
+        _diagsh_files '*' "$1"
+    fi
+}
+
 _diagsh()
 {
     local word=$2 name='' at=$COMP_CWORD option
@@ -27,6 +39,13 @@ _diagsh()
     if [[ $name == --* ]]; then
         option=$name
         name=''
+    fi
+
+    # Behind decode the kinds and a file; it takes no other options.
+    local before="${COMP_WORDS[*]:1:COMP_CWORD-1} "
+    if [[ $before =~ ^('--json ')?'decode '(.*)$ ]]; then
+        _diagsh_decode "$word" "${BASH_REMATCH[2]}"
+        return
     fi
 
     case $option in
@@ -53,6 +72,9 @@ _diagsh()
             mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
         else
             _diagsh_files '*' "$word"
+            # As the first word; offered only where it is begun, since files are more.
+            [[ $before =~ ^('--json ')?' '?$ && $word && decode == "$word"* ]] &&
+                COMPREPLY+=(decode)
         fi
         ;;
     esac

@@ -23,6 +23,7 @@
 #include "host/shell/script.h"
 #include "host/shell/session.h"
 #include "host/shell/shell.h"
+#include "host/shell/usage_error.h"
 #include "host/standard_streams.h"
 #include "host/terminal.h"
 
@@ -36,6 +37,14 @@ int Fail(const std::string& text, EExitStatus status) {
 
 std::string LastError() {
     return std::generic_category().message(errno);
+}
+
+int Decode(const CDecodeOptions& options) {
+    try {
+        return RunDecode(options, stdout);
+    } catch (const CUsageError& e) {
+        return Fail(e.what(), EXIT_USAGE);
+    }
 }
 
 int RunInput(const COptions& options, std::FILE* script, CShell& shell) {
@@ -78,6 +87,9 @@ int Run(int argc, const char* const* argv) {
     const std::optional<COptions> options = ReadOptions(argc, argv, status);
     if (!options.has_value()) {
         return status;
+    }
+    if (options->decode.has_value()) {
+        return Decode(*options->decode);
     }
     CScriptFile script;
     if (!options->script.empty()) {

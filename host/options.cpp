@@ -34,6 +34,20 @@ std::vector<std::string> TakeBoardArguments(std::vector<std::string>& arguments)
     return taken;
 }
 
+// Decoding a file knows neither board nor shell.
+void RefuseWithDecode(const CLI::App& app, const CLI::Option* json,
+                      const std::vector<std::string>& for_board) {
+    for (const CLI::Option* option : app.get_options()) {
+        if (option->count() != 0 && option != json) {
+            throw CLI::ValidationError(option->get_name(),
+                                       "cannot be given with decode, which loads no board");
+        }
+    }
+    if (!for_board.empty()) {
+        throw CLI::ValidationError("--", "cannot be given with decode, which loads no board");
+    }
+}
+
 }  // namespace
 
 std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit_status) {
@@ -57,9 +71,10 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
                        ->excludes(commands);
     app.add_flag("--keep-going", options.keep_going,
                  "Go on after a command that does not pass; the run ends with the worst status");
-    app.add_flag("--json", options.json,
-                 "Print one JSON object for each command to standard output, and what people read "
-                 "to standard error");
+    const CLI::Option* json = app.add_flag(
+        "--json", options.json,
+        "Print one JSON object for each command to standard output, and what people read "
+        "to standard error");
     auto* junit =
         app.add_option("--junit", options.junit, "Write a JUnit report of the run to FILE")
             ->type_name("FILE")
@@ -80,6 +95,8 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
     app.add_option("--state", state, "Where the simulated board keeps its EEPROMs")
         ->type_name("DIR")
         ->take_last();
+    CDecodeOptions decode_options;
+    const CLI::App* decode = AddDecodeCommand(app, decode_options);
     app.set_version_flag("--version", "diagsh (morva-diags) " MORVA_VERSION,
                          "Print the version and exit");
     app.footer(
@@ -100,6 +117,11 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
             throw CLI::ValidationError("--log-file", "the name of the file is empty");
         }
         options.log_settings = ParseLogOptions(log_settings);
+        if (decode->parsed()) {
+            RefuseWithDecode(app, json, for_board);
+            decode_options.json = decode_options.json || options.json;
+            options.decode = decode_options;
+        }
     } catch (const CLI::ParseError& e) {
         exit_status = app.exit(e) == 0 ? EXIT_PASSED : EXIT_USAGE;
         return std::nullopt;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/decode_command.h"
 #include "host/shell/log_settings.h"
 
 struct COptions {
@@ -17,6 +18,8 @@ struct COptions {
     std::vector<std::string> board_arguments;
     std::vector<CLogSetting> log_settings;
     std::string log_file;
+    // Of "diagsh decode", with which nothing else is given.
+    std::optional<CDecodeOptions> decode;
 };
 
 // Reads the command line. When there is nothing to run (help was asked for, or

@@ -71,7 +71,7 @@ class Install(unittest.TestCase):
 
     def test_documents_are_where_they_are_looked_for(self):
         for name in ("man/man1/diagsh.1", "bash-completion/completions/diagsh",
-                     "morva-diags/diagsh.schema.json", "morva-diags/dimm_table.rng"):
+                     "morva-diags/decode.schema.json", "morva-diags/diagsh.schema.json", "morva-diags/dimm_table.rng"):
             self.assertTrue((self.data / name).is_file(), name)
 
     def test_the_tables_of_memory_modules_are_where_they_are_looked_for(self):

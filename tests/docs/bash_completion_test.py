@@ -90,6 +90,28 @@ class BashCompletion(unittest.TestCase):
         self.assertEqual(self.offered("--log", "=", "info", "=", "1"),
                          ["1", "10", "11", "12", "13", "14", "15"])
 
+    def test_it_offers_decode_as_the_first_word_once_it_is_begun(self):
+        self.assertEqual(self.offered("dec"), ["decode"])
+        self.assertEqual(self.offered("--json", "d"), ["decode"])
+        self.assertEqual(self.offered("--keep-going", "d"), [])
+
+    def test_it_offers_the_kinds_behind_decode(self):
+        refusal = subprocess.run([DIAGSH, "decode", "?", "-"], capture_output=True, text=True,
+                                 timeout=60, check=False).stderr
+        kinds = re.search('there are ([a-z, ]*)', refusal).group(1).split(", ")
+        self.assertEqual(self.offered("decode", ""), kinds)
+        self.assertEqual(self.offered("--json", "decode", "sf"), ["sfp"])
+        self.assertEqual(self.offered("decode", "--json", "m"), ["mfg"])
+
+    def test_it_offers_any_file_behind_a_kind(self):
+        everything = ["board.dtb", "board.so", "board.txt", "boards", "two words"]
+        self.assertCountEqual(self.offered("decode", "spd", ""), everything)
+        self.assertEqual(self.offered("decode", "--json", "spd", "board.t"), ["board.txt"])
+
+    def test_it_offers_the_options_of_decode(self):
+        self.assertCountEqual(self.offered("decode", "-"), ["--json", "--help", "-h"])
+        self.assertEqual(self.offered("decode", "spd", "--j"), ["--json"])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -12,6 +12,8 @@ import re
 import sys
 
 LIBRARY = ("i2c", "io", "t2080_mdio")
+# What chips hold, told without any device.
+LAYOUTS = ("i2c/crc16.h", "i2c/ddr3_spd.h", "i2c/mfg_inventory.h", "i2c/sfp_serial_id.h")
 
 # For each layer the layers it may include from. A folder below a layer may be
 # a layer of its own; the longest name that fits a file is its layer.
@@ -20,8 +22,9 @@ MAY_INCLUDE = {
     "i2c": ("framework",) + LIBRARY,
     "io": ("framework",) + LIBRARY,
     "t2080_mdio": ("framework",) + LIBRARY,
-    "host": ("framework", "host"),
-    "boards": ("framework", "boards") + LIBRARY,
+    "decode": ("decode",) + LAYOUTS,
+    "host": ("framework", "host", "decode"),
+    "boards": ("framework", "boards", "decode") + LIBRARY,
 }
 # Layers that do not know each other although what is above them may.
 STRANGERS = {
@@ -29,7 +32,7 @@ STRANGERS = {
     "boards/sim": ("boards/linux",),
 }
 # A tree without one of these is not ours, and a clean result would mean nothing.
-MUST_EXIST = ("framework", "i2c", "host", "boards")
+MUST_EXIST = ("framework", "i2c", "decode", "host", "boards")
 
 SUFFIXES = (".h", ".hpp", ".c", ".cc", ".cpp", ".inc", ".ipp")
 

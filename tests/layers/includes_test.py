@@ -19,7 +19,9 @@ CLEAN = {
     "io/port.cpp": '#include "io/port.h"\n#include "i2c/bus.h"\n',
     "io/port.h": "",
     "t2080_mdio/mdio.cpp": '#include <linux/mii.h>\n#include "framework/menu.h"\n',
-    "host/log.h": '#include "framework/menu.h"\n',
+    "decode/words.cpp": '#include "decode/words.h"\n#include "i2c/crc16.h"\n',
+    "decode/words.h": "",
+    "host/log.h": '#include "framework/menu.h"\n#include "decode/words.h"\n',
     "host/shell/shell.cpp": '#include "host/log.h"\n#include "shell.h"\n',
     "host/shell/shell.h": "",
     "boards/root_bus/bus.h": '#include "i2c/bus.h"\n',
@@ -61,13 +63,18 @@ class Includes(unittest.TestCase):
 
     def test_accepts_a_clean_tree(self):
         code, output = self.check()
-        self.assertEqual((code, output), (0, "15 files, 0 includes across a layer's edge\n"))
+        self.assertEqual((code, output), (0, "17 files, 0 includes across a layer's edge\n"))
 
     def test_finds_the_host_below_the_contract_and_the_library(self):
         for layer in ("framework", "i2c", "io", "t2080_mdio"):
             with self.subTest(layer):
                 self.assert_found(f"{layer}/bad.h", '#include "host/log.h"\n', f"{layer}/bad.h:1")
                 self.write(f"{layer}/bad.h", "")
+
+    def test_finds_a_device_and_the_contract_below_the_decoders(self):
+        for include in ("i2c/bus.h", "framework/menu.h", "host/log.h", "boards/sim/bus.h"):
+            with self.subTest(include):
+                self.assert_found("decode/bad.h", f'#include "{include}"\n', "decode/bad.h:1")
 
     def test_finds_a_board_below_the_contract_and_the_library(self):
         for layer in ("framework", "i2c", "io", "t2080_mdio"):
