@@ -17,6 +17,10 @@ struct ddr3_spd_unbuffered_t {
     std::array<uint8_t, 53> rest;
 };
 static_assert(sizeof(ddr3_spd_unbuffered_t) == 57);
+MORVA_ASSERT_FIELD(ddr3_spd_unbuffered_t, mod_height, 0, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_unbuffered_t, mod_thickness, 1, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_unbuffered_t, ref_raw_card, 2, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_unbuffered_t, addr_mapping, 3, 1);
 
 // The same section of a registered module.
 struct ddr3_spd_registered_t {
@@ -33,6 +37,14 @@ struct ddr3_spd_registered_t {
     std::array<uint8_t, 40> rest;
 };
 static_assert(sizeof(ddr3_spd_registered_t) == 57);
+MORVA_ASSERT_FIELD(ddr3_spd_registered_t, mod_height, 0, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_registered_t, mod_thickness, 1, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_registered_t, ref_raw_card, 2, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_registered_t, modu_attr, 3, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_registered_t, thermal, 4, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_registered_t, reg_id_lo, 5, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_registered_t, reg_id_hi, 6, 1);
+MORVA_ASSERT_FIELD(ddr3_spd_registered_t, reg_rev, 7, 1);
 MORVA_ASSERT_FIELD(ddr3_spd_registered_t, reg_type, 8, 1);
 MORVA_ASSERT_FIELD(ddr3_spd_registered_t, rcw, 9, 8);
 
