@@ -81,5 +81,6 @@ CDecodedRecord DecodeMfg(std::span<const uint8_t> image) {
     CDecodedRecord decoded;
     DecodeFields(record, FIELDS, decoded);
     decoded.checks_hold = StoredCrc(record) == CalculatedCrc(record);
+    TellIfBlank(image.first(MFG_SIZE), decoded);
     return decoded;
 }

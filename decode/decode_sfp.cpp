@@ -9,6 +9,7 @@
 #include "decode/decode_sfp_codes.h"
 #include "decode/decode_sfp_compliance.h"
 #include "decode/decode_sfp_diagnostics.h"
+#include "decode/decode_sfp_medium.h"
 #include "decode/field_text.h"
 #include "i2c/sfp_serial_id.h"
 
@@ -33,6 +34,18 @@ uint8_t ExtensionSum(const Id& id) {
     return Sum(id, offsetof(Id, Options), offsetof(Id, CC_EXT));
 }
 
+// Those of other form factors are elsewhere, or mean something else.
+std::string Layout(const Id& id) {
+    constexpr uint8_t CODES[] = {0x00,   // unspecified
+                                 0x01,   // GBIC, whose layout SFP took over
+                                 0x02,   // soldered
+                                 0x03,   // SFP
+                                 0x0B};  // DWDM-SFP
+    const bool is_sfp =
+        std::find(std::begin(CODES), std::end(CODES), id.Identifier) != std::end(CODES);
+    return is_sfp ? "" : "taken for SFP's, which this form factor may not have";
+}
+
 // Two digits each of year, month and day, and a lot.
 std::string DateCode(const Id& id) {
     const std::string digits(id.Date_code.begin(), id.Date_code.begin() + 6);
@@ -49,11 +62,8 @@ std::string Oui(const Id& id) {
 }
 
 std::string BitRate(const Id& id) {
-    if (id.BR_Nominal == 0) {
-        return "unspecified";
-    }
     const int megabauds = id.BR_Nominal == MORE ? id.BR_max * 250 : id.BR_Nominal * 100;
-    return std::to_string(megabauds) + " MBd";
+    return megabauds == 0 ? "unspecified" : std::to_string(megabauds) + " MBd";
 }
 
 std::string Percent(uint8_t margin) {
@@ -69,21 +79,27 @@ std::string LowerMargin(const Id& id) {
     return Percent(id.BR_min);
 }
 
-// `tenths` of `unit` for each count.
+// `tenths` of `unit` for each count. None may mean "not on this fibre" as well as "see the
+// technology".
 std::string Length(uint8_t count, int tenths, const char* unit) {
     if (count == 0) {
-        return "not supported";
+        return "not stated";
     }
     const int length = (count == MORE ? count - 1 : count) * tenths;
     return (count == MORE ? "more than " : "") + Decimal(length / 10.0, 1) + " " + unit;
 }
 
 std::string Kilometres(const Id& id) {
-    return IsSfpPassiveCable(id) ? "" : Length(id.Length_9um_km, 10, "km");
+    return IsSfpCopperOrCable(id) ? "" : Length(id.Length_9um_km, 10, "km");
 }
 
 std::string Hectometres(const Id& id) {
-    return IsSfpPassiveCable(id) ? "" : Length(id.Length_9um_100m, 1, "km");
+    return IsSfpCopperOrCable(id) ? "" : Length(id.Length_9um_100m, 1, "km");
+}
+
+template <uint8_t Id::*COUNT>
+std::string TensOfMetres(const Id& id) {
+    return IsSfpCopperOrCable(id) ? "" : Length(id.*COUNT, 100, "m");
 }
 
 // Cables use the bytes of single-mode fibre for it.
@@ -94,16 +110,20 @@ std::string Attenuation(const Id& id, uint8_t decibels) {
     return decibels == 0 ? "unspecified" : std::to_string(decibels) + " dB";
 }
 
-std::string Om4(const Id& id) {
-    return IsSfpCopper(id) ? "" : Length(id.Length_Copper, 100, "m");
+std::string Copper(const Id& id) {
+    return IsSfpCopperOrCable(id) ? Length(id.Length_Copper, 10, "m") : "";
 }
 
-std::string Copper(const Id& id) {
-    return IsSfpCopper(id) ? Length(id.Length_Copper, 10, "m") : "";
+// More of the same length, in codes that differ from revision to revision.
+std::string CableLengthCode(const Id& id) {
+    if (!IsSfpCopperOrCable(id)) {
+        return "";
+    }
+    return id.Length_50um_10m == 0 ? "not stated" : Hex(id.Length_50um_10m);
 }
 
 std::string Wavelength(const Id& id) {
-    if (IsSfpCable(id)) {
+    if (HasSfpCableCompliance(id)) {
         return "";
     }
     const uint64_t nanometres = BigEndian(id.Wavelength);
@@ -122,6 +142,7 @@ std::string Compliances(const Id& id) {
 
 constexpr CFieldDecoder<Id> FIELDS[] = {
     {"Module", "Form factor", [](const Id& id) { return SfpIdentifier(id.Identifier); }},
+    {"Module", "Layout", Layout},
     {"Module", "Extended identifier",
      [](const Id& id) { return SfpExtendedIdentifier(id.Ext_Identifier); }},
     {"Module", "Connector", [](const Id& id) { return SfpConnector(id.Connector); }},
@@ -144,7 +165,7 @@ constexpr CFieldDecoder<Id> FIELDS[] = {
     {"Compliance", "Fibre Channel speed", Compliances<FC_SPEED>},
     {"Compliance", "Cable technology", Compliances<CABLE>},
     {"Compliance", "Cable complies with",
-     [](const Id& id) { return IsSfpCable(id) ? SfpCableCompliance(id) : ""; }},
+     [](const Id& id) { return HasSfpCableCompliance(id) ? SfpCableCompliance(id) : ""; }},
     {"Compliance", "Extended compliance",
      [](const Id& id) { return SfpExtendedCompliance(id.Transciever); }},
     {"Compliance", "Unallocated bits", SfpUnallocatedCompliances},
@@ -156,11 +177,12 @@ constexpr CFieldDecoder<Id> FIELDS[] = {
     {"Link", "Wavelength", Wavelength},
     {"Link", "Single-mode fibre", Kilometres},
     {"Link", "Single-mode fibre, finer", Hectometres},
-    {"Link", "50 um fibre, OM2", [](const Id& id) { return Length(id.Length_50um_OM2, 100, "m"); }},
-    {"Link", "62.5 um fibre, OM1", [](const Id& id) { return Length(id.Length_62p5um, 100, "m"); }},
-    {"Link", "50 um fibre, OM3", [](const Id& id) { return Length(id.Length_50um_10m, 100, "m"); }},
-    {"Link", "50 um fibre, OM4", Om4},
+    {"Link", "50 um fibre, OM2", TensOfMetres<&Id::Length_50um_OM2>},
+    {"Link", "62.5 um fibre, OM1", TensOfMetres<&Id::Length_62p5um>},
+    {"Link", "50 um fibre, OM3", TensOfMetres<&Id::Length_50um_10m>},
+    {"Link", "50 um fibre, OM4", TensOfMetres<&Id::Length_Copper>},
     {"Link", "Copper or cable", Copper},
+    {"Link", "Cable length code", CableLengthCode},
     {"Link", "Attenuation at 12.9 GHz",
      [](const Id& id) { return Attenuation(id, id.Length_9um_km); }},
     {"Link", "Attenuation at 25.78 GHz",
@@ -185,5 +207,6 @@ CDecodedRecord DecodeSfp(std::span<const uint8_t> image) {
     decoded.checks_hold = id.CC_BASE == BaseSum(id) && id.CC_EXT == ExtensionSum(id);
     DecodeFields(id, FIELDS, decoded);
     DecodeSfpDiagnostics(id, image, decoded);
+    TellIfBlank(image.first(SFP_SIZE), decoded);
     return decoded;
 }

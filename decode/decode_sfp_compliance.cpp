@@ -222,21 +222,6 @@ std::string SfpUnallocatedCompliances(const sfp_serial_id_t& id) {
     return Listed(set);
 }
 
-bool IsSfpPassiveCable(const sfp_serial_id_t& id) {
-    return HasCompliance(id, 8, 2);
-}
-
-bool IsSfpCable(const sfp_serial_id_t& id) {
-    return HasCompliance(id, 8, 3) || IsSfpPassiveCable(id);
-}
-
-bool IsSfpCopper(const sfp_serial_id_t& id) {
-    constexpr uint8_t CONNECTORS[] = {0x02, 0x03, 0x04, 0x05, 0x20, 0x21, 0x22};
-    return IsSfpCable(id) || HasCompliance(id, 6, 3) || HasCompliance(id, 6, 2) ||
-           std::find(std::begin(CONNECTORS), std::end(CONNECTORS), id.Connector) !=
-               std::end(CONNECTORS);
-}
-
 std::string SfpOptions(const sfp_serial_id_t& id) {
     auto options = id.Options;
     options[0] &= static_cast<uint8_t>(~(POWER_LEVEL_4 | POWER_LEVEL_3 | POWER_LEVEL_2));
@@ -263,7 +248,7 @@ std::string SfpDiagnosticsType(const sfp_serial_id_t& id) {
 }
 
 std::string SfpCableCompliance(const sfp_serial_id_t& id) {
-    const auto names = IsSfpPassiveCable(id) ? std::span<const CBitName>(PASSIVE_CABLE)
-                                             : std::span<const CBitName>(ACTIVE_CABLE);
+    const auto names = HasCompliance(id, 8, 2) ? std::span<const CBitName>(PASSIVE_CABLE)
+                                               : std::span<const CBitName>(ACTIVE_CABLE);
     return ListedOrNone(BitNames(id.Wavelength, 60, names));
 }

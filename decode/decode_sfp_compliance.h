@@ -27,15 +27,10 @@ std::string SfpSonetReach(const sfp_serial_id_t& id);
 // Compliance bits that are set and have no meaning, as "byte 5 bit 7"; or empty.
 std::string SfpUnallocatedCompliances(const sfp_serial_id_t& id);
 
-// Whether the module is a cable, and so tells of a cable where others tell of light.
-bool IsSfpPassiveCable(const sfp_serial_id_t& id);
-bool IsSfpCable(const sfp_serial_id_t& id);
-// Whether it works on copper, be it a cable or not.
-bool IsSfpCopper(const sfp_serial_id_t& id);
-
 // "none" when no bit is set.
 std::string SfpOptions(const sfp_serial_id_t& id);
 std::string SfpPowerLevel(const sfp_serial_id_t& id);
 std::string SfpEnhancedOptions(const sfp_serial_id_t& id);
 std::string SfpDiagnosticsType(const sfp_serial_id_t& id);
+// Of what HasSfpCableCompliance.
 std::string SfpCableCompliance(const sfp_serial_id_t& id);

@@ -63,17 +63,23 @@ double CalibratedRxPower(const CDiagnostics& d, double raw) {
     return power;
 }
 
+constexpr const char* OUT_OF_RANGE = "out of range";
+
 // `value` counts what the word of a quantity counts, `per_unit` of it to the unit.
 // Beyond 16 bits only the constants of a blank or broken chip can bring it.
 std::string Measure(double value, double per_unit, int decimals, std::string_view unit) {
     if (!(std::abs(value) <= 0xFFFF)) {
-        return "out of range";
+        return OUT_OF_RANGE;
     }
     return Fixed(value / per_unit, decimals) + " " + std::string(unit);
 }
 
-// Darkness has no logarithm, and is told as "-inf dBm".
+// Darkness has no logarithm, and is told as "-inf dBm". Constants of calibration may make
+// less than nothing of it; what is less by no digit that is shown, is darkness too.
 std::string Power(double value) {
+    if (std::round(value) < 0) {
+        return OUT_OF_RANGE;
+    }
     constexpr double PER_MILLIWATT = 10000;
     std::string milliwatts = Measure(value, PER_MILLIWATT, 4, "mW");
     if (!milliwatts.ends_with("mW")) {
@@ -252,7 +258,7 @@ void DecodeSfpDiagnostics(const sfp_serial_id_t& id, std::span<const uint8_t> im
     } else if ((id.Diagnostic_Monitoring_Type & ADDRESS_CHANGE) != 0) {
         tell("not decoded: the module changes its address to show them");
     } else if (image.size() < A2H_AT + sizeof(sfp_diagnostics_t)) {
-        tell("not in this image, which lacks the 256 bytes of address A2h");
+        tell("not read: the 256 bytes of address A2h are missing");
     } else {
         CDiagnostics diagnostics{id, {}};
         std::memcpy(&diagnostics.page, image.data() + A2H_AT, sizeof diagnostics.page);

@@ -43,9 +43,10 @@ CDecodedRecord DecodeSpd(std::span<const uint8_t> image) {
     static_assert(sizeof spd == SPD_SIZE);
     std::memcpy(&spd, image.data(), sizeof spd);
     CDecodedRecord decoded;
-    decoded.checks_hold = StoredCrc(spd) == CalculatedCrc(spd);
+    const bool is_crc_right = StoredCrc(spd) == CalculatedCrc(spd);
     const bool is_ddr3 = spd.mem_type == DDR3;
-    if (is_ddr3 || !decoded.checks_hold) {
+    decoded.checks_hold = is_crc_right && is_ddr3;
+    if (is_ddr3 || !is_crc_right) {
         DecodeFields(spd, SpdModuleFields(), decoded);
         DecodeFields(spd, SpdTimingFields(), decoded);
         DecodeFields(spd, SpdFeatureFields(), decoded);
@@ -58,11 +59,12 @@ CDecodedRecord DecodeSpd(std::span<const uint8_t> image) {
         // The type itself may be the byte that is broken.
         const auto type = decoded.fields.begin() + 1;
         decoded.fields.insert(
-            type, {"Module", "Layout",
-                   decoded.checks_hold
-                       ? "not that of DDR3: the rest is not decoded"
-                       : "taken for DDR3's: with a wrong CRC the memory type may be wrong too"});
+            type,
+            {"Module", "Layout",
+             is_crc_right ? "not that of DDR3: the rest is not decoded"
+                          : "taken for DDR3's: with a wrong CRC the memory type may be wrong too"});
     }
     DecodeFields(spd, CHECK_FIELDS, decoded);
+    TellIfBlank(image.first(SPD_SIZE), decoded);
     return decoded;
 }

@@ -2,6 +2,21 @@
 
 #include <algorithm>
 
+#include "decode/field_text.h"
+
+void TellIfBlank(std::span<const uint8_t> record, CDecodedRecord& decoded) {
+    const uint8_t first = record.front();
+    const bool is_blank =
+        (first == 0x00 || first == 0xFF) &&
+        std::all_of(record.begin(), record.end(), [first](uint8_t byte) { return byte == first; });
+    if (is_blank) {
+        const std::string_view section = decoded.fields.front().section;
+        decoded.fields.insert(decoded.fields.begin(),
+                              {section, "Contents", "blank, all " + Hex(first)});
+        decoded.checks_hold = false;
+    }
+}
+
 std::vector<std::string> LinesOf(const CDecodedRecord& decoded) {
     size_t width = 0;
     for (const CDecodedField& field : decoded.fields) {

@@ -1,6 +1,8 @@
 // What the bytes of a record mean, in words.
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +15,9 @@ struct CDecodedField {
 
 struct CDecodedRecord {
     std::vector<CDecodedField> fields;
-    bool checks_hold = true;  // whether all checksums are right
+    // Whether the record is sound: all checksums are right, it is not blank, and an SPD
+    // is of DDR3.
+    bool checks_hold = true;
 };
 
 // One entry of a record's table of fields. `decode` gives the value; empty when the
@@ -35,6 +39,10 @@ void DecodeFields(const Record& record, const Table& table, CDecodedRecord& deco
         }
     }
 }
+
+// A record of one byte that nobody wrote, 0x00 or 0xff, is told first, and is not sound:
+// the checksums of zeros may be right. `decoded` has fields.
+void TellIfBlank(std::span<const uint8_t> record, CDecodedRecord& decoded);
 
 // The lines to print: each section's name on a line of its own, and its fields below
 // it with their values in one column. Every line ends with a newline.

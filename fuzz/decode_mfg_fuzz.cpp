@@ -11,6 +11,6 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::copy_n(data, std::min(size, MFG_SIZE), image.begin());
     const CDecodedRecord decoded = DecodeMfg(image);
     RequireShown(decoded);
-    RequireVerdicts(decoded);
+    RequireVerdicts(decoded, image);
     return 0;
 }

@@ -13,7 +13,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         std::copy_n(data, std::min(size, length), image.begin());
         const CDecodedRecord decoded = DecodeSfp(image);
         RequireShown(decoded);
-        RequireVerdicts(decoded);
+        RequireVerdicts(decoded, std::span(image).first(SFP_SIZE));
     }
     return 0;
 }

@@ -43,6 +43,10 @@ std::string ListDump(const CImage& image) {
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const auto image = Image(TextOf(data, size));
     const bool is_text = IsText(TextOf(data, size));
+    if (IsWideText(TextOf(data, size))) {
+        Require(!is_text && !image.has_value(), "wide text is refused");
+        return 0;
+    }
     Require(is_text || image == CImage(data, data + size), "what is no text is an image as it is");
     // What stars stand for may be long, and says nothing new.
     if (!image.has_value() || image->size() > LONGEST_DUMPED) {

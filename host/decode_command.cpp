@@ -84,8 +84,8 @@ CLI::App* AddDecodeCommand(CLI::App& app, CDecodeOptions& options) {
     decode->footer(
         "Hex dumps may be those of xxd, hexdump -C, od -A x -t x1, i2cdump, the shell's\n"
         "own read, or bytes alone. A script called decode is run as ./decode.\n"
-        "Exit status: 0 all checksums hold, 1 one does not, 2 no such file or no image,\n"
-        "4 the output got lost.");
+        "Exit status: 0 the record is sound; 1 a checksum does not hold, or it is blank or of\n"
+        "another memory than DDR3; 2 no such file or no image; 4 the output got lost.");
     return decode;
 }
 

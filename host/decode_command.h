@@ -19,7 +19,7 @@ struct CDecodeOptions {
 // Adds the subcommand to the command line of diagsh.
 CLI::App* AddDecodeCommand(CLI::App& app, CDecodeOptions& options);
 
-// Prints what the file means to `out`: EXIT_PASSED when all checksums hold, else
+// Prints what the file means to `out`: EXIT_PASSED when the record is sound, else
 // EXIT_FAILED. Throws CUsageError when the file is no image, std::system_error when
 // `out` cannot be written.
 EExitStatus RunDecode(const CDecodeOptions& options, std::FILE* out);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "host/c_initializer.h"
 #include "host/hex_dump_offsets.h"
 #include "host/hex_dump_row.h"
 #include "host/shell/printable.h"
@@ -11,8 +12,10 @@
 namespace {
 
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
-// What i2cdump heads its columns with.
-constexpr std::string_view COLUMNS = "0  1  2  3  4  5  6  7  8  9  a  b  c  d  e  f";
+
+// What i2cdump heads its columns with, and ethtool.
+constexpr std::string_view HEADERS[] = {"0  1  2  3  4  5  6  7  8  9  a  b  c  d  e  f",
+                                        "Offset\t\tValues", "------\t\t------"};
 
 // Takes the next line off the front of `text`, without its end.
 std::string_view TakeLine(std::string_view& text) {
@@ -54,6 +57,11 @@ void CheckPlainWidth(const CNumberedRow& first) {
     }
 }
 
+bool IsHeader(std::string_view row) {
+    return std::any_of(std::begin(HEADERS), std::end(HEADERS),
+                       [row](std::string_view header) { return row.starts_with(header); });
+}
+
 std::vector<uint8_t> Listed(const std::vector<CNumberedRow>& rows) {
     std::vector<uint8_t> bytes;
     for (const CNumberedRow& row : rows) {
@@ -67,15 +75,16 @@ class CDump {
     void Add(size_t line, std::string_view text) {
         const std::string_view row =
             text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
-        const bool is_header = m_rows.empty() && row.starts_with(COLUMNS);
-        if (row.empty() || row.front() == '#' || is_header) {
+        // A second dump below the first has one too.
+        const bool may_be_header = !m_style.has_value() || m_style == EDumpStyle::COLON;
+        if (row.empty() || row.front() == '#' || (may_be_header && IsHeader(row))) {
             return;
         }
         if (!m_style.has_value()) {
             m_style = StyleOf(row);
         }
         try {
-            m_rows.push_back({line, ParseRow(*m_style, row)});
+            m_rows.push_back({line, Parsed(row)});
         } catch (const CUsageError& e) {
             throw CDumpFault(line, e.what());
         }
@@ -89,12 +98,25 @@ class CDump {
         if (m_style == EDumpStyle::PLAIN) {
             CheckPlainWidth(m_rows.front());
         }
+        if (m_style == EDumpStyle::C && !m_initializer.IsClosed()) {
+            throw CDumpFault(m_rows.back().line, "expected bytes and } behind the {");
+        }
         return Listed(m_rows);
     }
 
   private:
+    CDumpRow Parsed(std::string_view row) {
+        if (m_style != EDumpStyle::C) {
+            return ParseRow(*m_style, row);
+        }
+        CDumpRow parsed;
+        parsed.bytes = m_initializer.BytesOf(row);
+        return parsed;
+    }
+
     std::optional<EDumpStyle> m_style;
     std::vector<CNumberedRow> m_rows;
+    CInitializer m_initializer;
 };
 
 }  // namespace
@@ -104,6 +126,22 @@ bool IsText(std::string_view contents) {
         std::string line(TakeLine(contents));
         std::replace(line.begin(), line.end(), '\t', ' ');
         if (Printable(line) != line) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IsWideText(std::string_view contents) {
+    const bool is_little_endian = contents.starts_with("\xFF\xFE");
+    const bool has_mark = is_little_endian || contents.starts_with("\xFE\xFF");
+    if (!has_mark || contents.size() <= 2 || contents.size() % 2 != 0) {
+        return false;
+    }
+    for (size_t i = 2; i < contents.size(); i += 2) {
+        const char high = contents[is_little_endian ? i + 1 : i];
+        const auto low = static_cast<unsigned char>(contents[is_little_endian ? i : i + 1]);
+        if (high != '\0' || (low < ' ' && low != '\t' && low != '\r' && low != '\n')) {
             return false;
         }
     }

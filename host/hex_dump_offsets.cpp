@@ -36,6 +36,9 @@ std::string Written(size_t offset, int radix, size_t digits) {
     return std::string(digits - std::min(digits, written.size()), '0') + written;
 }
 
+// Bytes of an address, behind which another one's dump may follow.
+constexpr size_t ADDRESS_SIZE = 256;
+
 // Puts rows together whose offsets are of one radix.
 class CLayout {
   public:
@@ -64,13 +67,17 @@ class CLayout {
         if (!offset.has_value()) {
             throw CDumpFault(numbered.line, At(row) + ": expected digits as in the offsets above");
         }
-        if (*offset > MAX_IMAGE_SIZE - row.bytes.size()) {
+        if (*offset == 0 && m_bytes.size() == ADDRESS_SIZE && m_begin == 0 && m_repeat_line == 0) {
+            m_begin = ADDRESS_SIZE;
+            m_row_size = row.bytes.size();
+        }
+        if (*offset > MAX_IMAGE_SIZE - m_begin - row.bytes.size()) {
             throw CDumpFault(numbered.line, At(row) + " is beyond 1 MiB, no image of an EEPROM");
         }
         if (m_repeat_line != 0) {
-            Repeat(numbered, *offset);
+            Repeat(numbered, m_begin + *offset);
         }
-        if (*offset != m_bytes.size()) {
+        if (m_begin + *offset != m_bytes.size()) {
             throw CDumpFault(numbered.line, At(row) + ", expected " + Expected(row) +
                                                 (m_last == nullptr ? ": a dump begins with the "
                                                                      "first byte of the chip"
@@ -106,12 +113,13 @@ class CLayout {
 
     static std::string At(const CDumpRow& row) { return "offset " + std::string(row.offset); }
     std::string Expected(const CDumpRow& row) const {
-        return Written(m_bytes.size(), m_radix, row.offset.size());
+        return Written(m_bytes.size() - m_begin, m_radix, row.offset.size());
     }
 
     const int m_radix;
     std::vector<uint8_t> m_bytes;
     const CDumpRow* m_last = nullptr;
+    size_t m_begin = 0;  // of the dump in the image, when it is the second one
     size_t m_row_size = 0;
     size_t m_repeat_line = 0;  // of a * whose rows are not there yet
 };

@@ -26,5 +26,6 @@ class CDumpFault : public std::runtime_error {
 
 // The bytes of rows that begin with offsets. Those of BARE may be hexadecimal, octal or
 // decimal: what fits is taken, and refused where more than one fits and gives something
-// else. Throws CDumpFault.
+// else. A second dump may follow one of 256 bytes: what a module has at two addresses.
+// Throws CDumpFault.
 std::vector<uint8_t> PutTogether(const std::vector<CNumberedRow>& rows, EDumpStyle style);

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <string>
 
+#include "host/c_initializer.h"
 #include "host/shell/printable.h"
 #include "host/shell/usage_error.h"
 
@@ -199,6 +200,9 @@ EDumpStyle StyleOf(std::string_view row) {
     const std::string_view before = Trimmed(row.substr(0, colon));
     if (colon != row.npos && IsHex(HasPrefix(before) ? before.substr(2) : before)) {
         return EDumpStyle::COLON;
+    }
+    if (BeginsInitializer(row)) {
+        return EDumpStyle::C;
     }
     row = Trimmed(row);
     const std::string_view word = TakeWord(row);

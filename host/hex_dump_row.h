@@ -11,6 +11,7 @@ enum class EDumpStyle {
     PLAIN,  // nothing but the digits of many bytes: "92110b01..."
     COLON,  // an offset with a colon, the bytes, perhaps two blanks and the text
     BARE,   // an offset, the bytes, perhaps the text between two | or > and <
+    C,      // an array in C source, which CInitializer reads
 };
 
 // What the text beside words of several bytes says about the order of the bytes in them.

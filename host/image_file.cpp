@@ -63,6 +63,9 @@ std::vector<uint8_t> ImageOf(std::string_view contents, const std::string& name)
     if (contents.empty()) {
         throw CUsageError(name + " is empty");
     }
+    if (IsWideText(contents)) {
+        throw CUsageError(name + " is UTF-16 text; save it as UTF-8 or ASCII");
+    }
     if (IsText(contents)) {
         return BytesOfDump(contents, name);
     }

@@ -19,7 +19,7 @@ void CDecodeCmd::Invoke(CInMsg&, COutMsg& out) {
     AnswerResult(out, (image.empty() || Tell(image)) && read && closed);
 }
 
-// Whether all checksums hold.
+// Whether the record is sound.
 bool CDecodeCmd::Tell(const std::vector<byte_t>& image) const {
     const CDecodedRecord decoded = m_decoder.decode(image);
     for (const std::string& line : LinesOf(decoded)) {

@@ -1,5 +1,5 @@
-// Tells in words what an EEPROM holds. Fails when a checksum does, after telling
-// all the rest.
+// Tells in words what an EEPROM holds. Fails when the record is not sound, after telling
+// all of it.
 #pragma once
 
 #include <vector>

@@ -34,8 +34,7 @@ TEST(SfpDiagnostics, MayBeMissing) {
 TEST(SfpDiagnostics, MayBeOutsideTheImage) {
     CSfpImage image = Internal();
     image.bytes.resize(511);
-    EXPECT_EQ(image.In("Diagnostics"),
-              "not in this image, which lacks the 256 bytes of address A2h");
+    EXPECT_EQ(image.In("Diagnostics"), "not read: the 256 bytes of address A2h are missing");
     EXPECT_EQ(image.In("Temperature"), "absent");
 }
 
@@ -170,7 +169,22 @@ TEST(SfpDiagnostics, CalibratedExternallyMayBeNegative) {
     image.Word(82, static_cast<uint16_t>(-20));
     EXPECT_EQ(image.In("Temperature"), "-21.00 C");
     EXPECT_EQ(image.In("TX bias"), "-0.010 mA");
-    EXPECT_EQ(image.In("TX power"), "-0.0020 mW (-inf dBm)");
+}
+
+TEST(SfpDiagnostics, HaveNoPowerBelowNothing) {
+    CSfpImage image = External();
+    image.Word(82, static_cast<uint16_t>(-20)).Word(72, 0xC1A0);  // -20
+    EXPECT_EQ(image.In("TX power"), "out of range");
+    EXPECT_EQ(image.In("RX power"), "out of range");
+    EXPECT_EQ(image.In("RX power alarm"), "below out of range, above out of range");
+    image.Word(102, 20).Word(104, 20);
+    EXPECT_EQ(image.In("TX power"), "0.0000 mW (-inf dBm)");
+    EXPECT_EQ(image.In("RX power"), "0.0000 mW (-inf dBm)");
+}
+
+TEST(SfpDiagnostics, TakeLessThanTheirLastDigitForDarkness) {
+    EXPECT_EQ(External().Word(72, 0xBE80).In("RX power"), "0.0000 mW (-inf dBm)");  // -0.25
+    EXPECT_EQ(External().Word(72, 0xBF40).In("RX power"), "out of range");          // -0.75
 }
 
 // At a raw power of 100: 2^-20 * 100^4 + 2^-10 * 100^3 - 0.25 * 100^2 + 20 * 100 + 50
@@ -271,7 +285,7 @@ TEST(SfpDiagnostics, CheckTheConstantsAndNotTheValues) {
 }
 
 TEST(SfpDiagnostics, ThatAreNotDecodedAreNotChecked) {
-    CSfpImage image = CSfpImage().WithDiagnostics(0x00).Seal();
+    CSfpImage image = CSfpImage().WithDiagnostics(0x00).Put(20, "VENDOR").Seal();
     image.bytes[CSfpImage::A2H + 95] ^= 0xFF;
     EXPECT_TRUE(DecodeSfp(image.bytes).checks_hold);
 }

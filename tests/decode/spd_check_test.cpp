@@ -81,7 +81,8 @@ TEST(SpdCheck, LeavesOtherLayoutsAlone) {
     EXPECT_EQ(decoded.fields[1].name, "Layout");
     EXPECT_EQ(decoded.fields[2].name, "CRC coverage");
     EXPECT_EQ(decoded.fields[3].name, "CRC");
-    EXPECT_TRUE(decoded.checks_hold);
+    EXPECT_TRUE(decoded.fields[3].value.ends_with(", right"));
+    EXPECT_FALSE(decoded.checks_hold);
 }
 
 TEST(SpdCheck, DoesNotTrustTheMemoryTypeOfAWrongCrc) {
@@ -95,6 +96,9 @@ TEST(SpdCheck, DoesNotTrustTheMemoryTypeOfAWrongCrc) {
 TEST(SpdCheck, ShowsABlankChipAsNumbers) {
     const CDecodedRecord decoded = DecodeSpd(std::vector<uint8_t>(SPD_SIZE, 0xFF));
     EXPECT_FALSE(decoded.checks_hold);
+    ASSERT_FALSE(decoded.fields.empty());
+    EXPECT_EQ(decoded.fields.front().name, "Contents");
+    EXPECT_EQ(decoded.fields.front().value, "blank, all 0xff");
     EXPECT_EQ(ValueOf(decoded, "Memory type"), "0xff");
     EXPECT_EQ(ValueOf(decoded, "Layout"), NEVERTHELESS);
     EXPECT_EQ(ValueOf(decoded, "Module type"), "0xff");
@@ -103,10 +107,14 @@ TEST(SpdCheck, ShowsABlankChipAsNumbers) {
     EXPECT_EQ(ValueOf(decoded, "Part number"), "(none)");
 }
 
-TEST(SpdCheck, HoldsOfAZeroedChip) {
-    // Such is the CRC: that of zeros is zero.
+TEST(SpdCheck, DoesNotHoldOfAZeroedChip) {
+    // Its CRC is right: that of zeros is zero.
     const CDecodedRecord decoded = DecodeSpd(std::vector<uint8_t>(SPD_SIZE, 0));
-    EXPECT_TRUE(decoded.checks_hold);
+    EXPECT_FALSE(decoded.checks_hold);
+    EXPECT_TRUE(ValueOf(decoded, "CRC").ends_with(", right"));
+    ASSERT_FALSE(decoded.fields.empty());
+    EXPECT_EQ(decoded.fields.front().name, "Contents");
+    EXPECT_EQ(decoded.fields.front().value, "blank, all 0x00");
     EXPECT_EQ(ValueOf(decoded, "Memory type"), "0x00");
     EXPECT_EQ(ValueOf(decoded, "Layout"), NOT_DECODED);
 }

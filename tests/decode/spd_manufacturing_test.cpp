@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "decode/jep106.h"
 #include "tests/decode/spd_image.h"
 
 namespace {
@@ -10,24 +9,6 @@ TEST(SpdManufacturing, TellsTheMakers) {
     image.Set(117, {0x80, 0xAD}).Set(148, {0x83, 0x0B});
     EXPECT_EQ(image.Value("Module maker"), "SK Hynix (bank 1, code 0xad)");
     EXPECT_EQ(image.Value("DRAM maker"), "Nanya Technology (bank 4, code 0x0b)");
-}
-
-TEST(SpdManufacturing, GivesTheCodesOfMakersItDoesNotKnow) {
-    EXPECT_EQ(MakerText(0x80, 0x7C), "bank 1, code 0x7c");
-    EXPECT_EQ(MakerText(0x7F, 0x98), "bank 128, code 0x98");
-    // Samsung's code, in another bank
-    EXPECT_EQ(MakerText(0x8C, 0xCE), "bank 13, code 0xce");
-}
-
-TEST(SpdManufacturing, NamesNoMakerWithWrongParity) {
-    EXPECT_EQ(MakerText(0x80, 0x4E), "bank 1, code 0x4e, wrong parity in the code");
-    EXPECT_EQ(MakerText(0x00, 0xCE), "bank 1, code 0xce, wrong parity in the bank's byte 0x00");
-    EXPECT_EQ(MakerText(0x81, 0x4E), "bank 2, code 0x4e, wrong parity in the code");
-}
-
-TEST(SpdManufacturing, HasNoMakerInAnUnwrittenField) {
-    EXPECT_EQ(MakerText(0x00, 0x00), "(none)");
-    EXPECT_EQ(MakerText(0xFF, 0xFF), "(none)");
 }
 
 TEST(SpdManufacturing, TellsTheDate) {

@@ -94,9 +94,17 @@ class Raw(Decode):
         for kind in KINDS:
             for data in (bytes(512), b"\xff" * 512, bytes(range(256)) * 2):
                 status, out, err = self.decode(kind, data)
-                self.assertIn(status, (0, 1))
-                self.assertEqual(err, "")
+                self.assertEqual((status, err), (1, ""))
                 self.assertTrue(out.isascii())
+
+    def test_a_blank_chip_exits_1_and_is_told_first(self):
+        for kind in KINDS:
+            for data, shown in ((bytes(256), "0x00"), (b"\xff" * 256, "0xff")):
+                status, out, err = self.decode(kind, data)
+                self.assertEqual((status, err), (1, ""), kind)
+                self.assertRegex(out, rf"\A\S+\n  Contents +: blank, all {shown}\n")
+                status, out, _ = self.decode(kind, data, "--json")
+                self.assertEqual((status, json.loads(out)["checks_hold"]), (1, False))
 
     def test_bytes_behind_the_record_change_nothing(self):
         image = self.image("spd")
@@ -136,6 +144,28 @@ class Dumps(Decode):
         for kind in KINDS:
             image = self.image(kind).ljust(256, b"\xff")[:256]
             self.assertEqual(self.decode(kind, table_of_chip(image)), self.decode(kind, image))
+
+    def test_an_array_in_c_tells_the_same_as_the_bytes(self):
+        for kind in KINDS:
+            image = self.image(kind)[:512]
+            array = dump(["xxd", "-i", self.file(image, "module.bin")], b"")
+            self.assertIn(b"unsigned char", array)
+            self.assertEqual(self.decode(kind, array), self.decode(kind, image))
+
+    def test_dumps_of_both_addresses_tell_the_same_as_the_bytes(self):
+        pages = [(IMAGES / f"i2c-1/0x70/ch1/0x71/ch3/0x5{address}.bin").read_bytes()
+                 for address in (0, 1)]
+        told = self.decode("sfp", b"".join(pages))
+        self.assertIn("  CC_DMI ", told[1])
+        for tool in (["xxd"], ["hexdump", "-C"], ["od", "-t", "x1"], ["od", "-A", "x", "-t", "x1"]):
+            dumps = b"".join(dump(tool, page) for page in pages)
+            self.assertEqual(self.decode("sfp", dumps), told, tool)
+        self.assertEqual(self.decode("sfp", b"".join(map(table_of_chip, pages))), told)
+
+    def test_utf_16_is_refused(self):
+        path = self.file(dump(["xxd"], self.image("spd")).decode().encode("utf-16"))
+        self.assertEqual(self.refusal("spd", path),
+                         f"diagsh: {path} is UTF-16 text; save it as UTF-8 or ASCII\n")
 
     def test_other_dumps_are_refused_with_the_line(self):
         image = self.image("spd")

@@ -126,6 +126,30 @@ TEST(ImageFormats, ReadsTheTableOfAChipOnABus) {
                       0x03, 0x11, 0x01, 0x01, 0x04, 0x08, 'A',  'B',  ' ',  0xFF}));
 }
 
+TEST(ImageFormats, ReadsWhatEthtoolPrints) {
+    EXPECT_EQ(Read("Offset\t\tValues\n"
+                   "------\t\t------\n"
+                   "0x0000:\t\t03 04 07 00 00 00 01 20 \n"
+                   "0x0008:\t\t40 0c \n"),
+              (CBytes{0x03, 0x04, 0x07, 0x00, 0x00, 0x00, 0x01, 0x20, 0x40, 0x0C}));
+}
+
+TEST(ImageFormats, ReadsTwoDumpsOf256BytesAsOne) {
+    CRandomImages images(20261122);
+    const CBytes first = images.Next();
+    CBytes second(256, 0xFF);
+    second[0] = 0x12;
+    CBytes both = first;
+    both.insert(both.end(), second.begin(), second.end());
+    EXPECT_EQ(Read(ColonDump(first, 16, 1) + ColonDump(second, 16, 1)), both);
+    EXPECT_EQ(Read(ColonDump(first, 8, 1) + "\n# 0x51\n" + ColonDump(second, 32, 1)), both);
+    EXPECT_EQ(Read(BarDump(first) + BarDump(second)), both);
+    EXPECT_EQ(Read(BarDump(second) + BarDump(second)).size(), 512U);
+    const std::string table =
+        "     0  1  2  3  4  5  6  7  8  9  a  b  c  d  e  f    0123456789abcdef\n";
+    EXPECT_EQ(Read(table + ColonDump(first, 16, 1) + table + ColonDump(second, 16, 1)), both);
+}
+
 TEST(ImageFormats, ReadsWhatReadAndPeekPrint) {
     EXPECT_EQ(Read("\n0x0000:   92 11 0b 01\n0x0004:   03\n"),
               (CBytes{0x92, 0x11, 0x0B, 0x01, 0x03}));

@@ -4,6 +4,7 @@
 #include "host/hex_dump.h"
 #include "host/image_file.h"
 #include "host/shell/usage_error.h"
+#include "tests/support/dump_text.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ TEST(ImageRefusal, NamesWhatIsNoByte) {
     EXPECT_EQ(Refusal("0x\n"), NoByte("1", "0x"));
     EXPECT_EQ(Refusal("0x00: 92 11 | ..\n"), NoByte("1", "|"));
     EXPECT_EQ(Refusal("This is a letter.\n"), NoByte("1", "This"));
-    EXPECT_EQ(Refusal("unsigned char spd[] = {\n"), NoByte("1", "unsigned"));
+    EXPECT_EQ(Refusal("unsigned char spd[256];\n"), NoByte("1", "unsigned"));
     EXPECT_EQ(Refusal("0000000 222 021 013\n"), NoByte("1", "222"));
 }
 
@@ -74,6 +75,32 @@ TEST(ImageRefusal, NamesADumpThatDoesNotBeginAtZero) {
     EXPECT_EQ(Refusal("00000100: 92 11\n"),
               "x.txt:1: offset 00000100, expected 00000000: a dump begins with the first byte of "
               "the chip");
+}
+
+TEST(ImageRefusal, NamesASecondDumpBehindNoWholeAddress) {
+    const std::string page = ColonDump(std::vector<uint8_t>(256, 0x11), 16, 1);
+    EXPECT_EQ(Refusal(ColonDump(std::vector<uint8_t>(128, 0x11), 16, 1) + page),
+              "x.txt:9: offset 00000000, expected 00000080");
+    EXPECT_EQ(Refusal(ColonDump(std::vector<uint8_t>(512, 0x11), 16, 1) + page),
+              "x.txt:33: offset 00000000, expected 00000200");
+    EXPECT_EQ(Refusal(page + page + page), "x.txt:33: offset 00000000, expected 00000100");
+    EXPECT_EQ(Refusal(page + "00000100: 11\n" + page),
+              "x.txt:18: offset 00000000, expected 00000101");
+}
+
+TEST(ImageRefusal, NamesTextOfTwoBytesForEachCharacter) {
+    const std::string text = "# f\xFCr\t\r\n00: 92 11\r\n";
+    for (const bool little_endian : {true, false}) {
+        std::string wide = little_endian ? "\xFF\xFE" : "\xFE\xFF";
+        for (const char c : text) {
+            wide += little_endian ? std::string{c, '\0'} : std::string{'\0', c};
+        }
+        EXPECT_EQ(Refusal(wide), "x.txt is UTF-16 text; save it as UTF-8 or ASCII");
+        // One character that is none makes it bytes.
+        wide[2] = wide[3] = '\0';
+        EXPECT_EQ(Refusal(wide), "taken");
+    }
+    EXPECT_EQ(Refusal("\xFF\xFE"), "taken");
 }
 
 TEST(ImageRefusal, NamesOffsetsThatDoNotGoOn) {

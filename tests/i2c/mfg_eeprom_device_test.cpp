@@ -101,6 +101,7 @@ TEST_F(MfgEepromDevice, IsLookedForByItsTest) {
     EXPECT_EQ(AskDetached("chk-mfg").bytes, Bytes{FAIL});
     EXPECT_THAT(Calls(), IsEmpty());
     ASSERT_THAT(m_log.Texts(LW_ERR_SW), SizeIs(1));
+    ASSERT_FALSE(m_log.Texts(LW_ERR_SW).empty());
     EXPECT_TRUE(IsMissingDeviceText(m_log.Texts(LW_ERR_SW)[0]));
 }
 

@@ -68,6 +68,7 @@ TEST_F(MfgEepromRead, Reads96SingleBytes) {
     CRecord record;
     EXPECT_TRUE(ReadNCheck(Mfg(1), record));
     EXPECT_THAT(Calls(), SizeIs(96));
+    ASSERT_FALSE(Calls().empty());
     EXPECT_EQ(Calls().back(), "RD 95+1");
 }
 
@@ -167,7 +168,9 @@ TEST_F(MfgEepromRead, FailsWhenOnlyBytesBehindTheRecordCannotBeRead) {
     bool ok = false;
     EXPECT_FALSE(eeprom.ReadNCheck(record.Get(), ok));
     EXPECT_FALSE(ok);
+    ASSERT_FALSE(Calls().empty());
     EXPECT_EQ(Calls().back(), "RD 96+32");
+    ASSERT_FALSE(Messages().empty());
     EXPECT_EQ(Messages().back(), ReadError(64));
 }
 
@@ -177,6 +180,7 @@ TEST_F(MfgEepromRead, FailsTheChecksumOfABlankChip) {
     Store(Bytes(SIZE, 0xFF));
     CRecord record(0);
     EXPECT_FALSE(ReadNCheck(Mfg(), record));
+    ASSERT_FALSE(Messages().empty());
     EXPECT_EQ(Messages().front(),
               (CLogCapture::Line{0x10, "EEPROM checksum error: calculated 0x4B84, stored 0xFFFF"}));
     EXPECT_EQ(record.Bytes(), Bytes(SIZE, 0xFF));
@@ -186,6 +190,7 @@ TEST_F(MfgEepromRead, FailsTheChecksumOfAnErasedChip) {
     Store(Bytes(SIZE, 0x00));
     CRecord record;
     EXPECT_FALSE(ReadNCheck(Mfg(), record));
+    ASSERT_FALSE(Messages().empty());
     EXPECT_EQ(Messages().front(),
               (CLogCapture::Line{0x10, "EEPROM checksum error: calculated 0x4BBE, stored 0x0000"}));
 }
@@ -194,6 +199,7 @@ TEST_F(MfgEepromRead, TellsBothChecksumsWhenOneByteIsChanged) {
     m_bus.At(5) ^= 0x01;
     CRecord record;
     EXPECT_FALSE(ReadNCheck(Mfg(), record));
+    ASSERT_FALSE(Messages().empty());
     EXPECT_EQ(Messages().front(),
               (CLogCapture::Line{0x10, "EEPROM checksum error: calculated 0x5083, stored 0x4534"}));
 }
@@ -222,6 +228,7 @@ TEST_F(MfgEepromRead, StoresTheHighByteOfTheChecksumFirst) {
     std::swap(m_bus.At(94), m_bus.At(95));
     CRecord record;
     EXPECT_FALSE(ReadNCheck(Mfg(), record));
+    ASSERT_FALSE(Messages().empty());
     EXPECT_EQ(Messages().front(),
               (CLogCapture::Line{0x10, "EEPROM checksum error: calculated 0x4534, stored 0x3445"}));
 }
@@ -243,6 +250,7 @@ TEST_F(MfgEepromRead, TellsItsErrorsAsTheDevice) {
     m_bus.FailAt(m_bus.Xfers().size());
     EXPECT_EQ(Ask("get-serial-num").bytes, Bytes{FAIL});
     ASSERT_THAT(log.Lines(), SizeIs(3));
+    ASSERT_FALSE(log.Lines().empty());
     EXPECT_EQ(log.Lines()[0],
               (CSenderLog::Line{"record-eeprom", 0x10,
                                 "EEPROM checksum error: calculated 0xC2C5, stored 0x4534"}));

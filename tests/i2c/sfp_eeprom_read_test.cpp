@@ -122,7 +122,9 @@ TEST_F(SfpEepromRead, FailsWhenOnlyBytesBehindTheRecordCannotBeRead) {
     FailTransfer(4);  // at address 128
     CRecord record;
     EXPECT_FALSE(eeprom.ReadContent(record.Get()));
+    ASSERT_FALSE(Calls().empty());
     EXPECT_EQ(Calls().back(), "RD 128+32");
+    ASSERT_FALSE(Messages().empty());
     EXPECT_EQ(Messages().back(), ReadError(96));
     EXPECT_EQ(record.Bytes(), m_image);
 }

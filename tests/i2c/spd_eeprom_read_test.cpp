@@ -58,6 +58,7 @@ TEST_F(SpdEepromRead, SplitsStepsByTheWritePage) {
     EXPECT_TRUE(eeprom.ReadSPD(record.Get()));
     EXPECT_THAT(Calls(), ElementsAre("RD 0+64", "RD 64+36", "RD 100+64", "RD 164+36", "RD 200+64",
                                      "RD 8+36"));
+    ASSERT_FALSE(m_bus.Xfers().empty());
     EXPECT_EQ(m_bus.Xfers().back().req.cmd, 264);
     EXPECT_EQ(record.Bytes(), m_image);
     EXPECT_TRUE(record.IsIntactBehind());
@@ -130,7 +131,9 @@ TEST_F(SpdEepromRead, FailsWhenOnlyBytesBehindTheRecordCannotBeRead) {
     FailTransfer(10);  // at address 256
     CRecord record;
     EXPECT_FALSE(eeprom.ReadSPD(record.Get()));
+    ASSERT_FALSE(m_bus.Xfers().empty());
     EXPECT_EQ(m_bus.Xfers().back().req.cmd, 256);
+    ASSERT_FALSE(Messages().empty());
     EXPECT_EQ(Messages().back(), ReadError(200));
     EXPECT_EQ(record.Bytes(), m_image);
 }
@@ -182,6 +185,7 @@ TEST_F(SpdEepromRead, AnswersOnceWhenBothReadAndPathFail) {
     m_bus.FailAt(0);
     m_switch->FailAt("DisableChannels");
     EXPECT_EQ(Show().bytes, Bytes{FAIL});
+    ASSERT_FALSE(Story().empty());
     EXPECT_EQ(Story().back(), CANNOT_CLOSE);
 }
 
@@ -194,6 +198,7 @@ TEST_F(SpdEepromRead, TellsReadErrorsAsTheDeviceAndPathErrorsAsTheCommand) {
     ASSERT_THAT(log.Lines(), testing::Not(IsEmpty()));
     EXPECT_EQ(log.Lines()[1],
               (CSenderLog::Line{"record-eeprom", 0x10, "Error during EEPROM read! addr = 0x0 "}));
+    ASSERT_FALSE(log.Lines().empty());
     EXPECT_EQ(log.Lines().back(),
               (CSenderLog::Line{"show-spd-info", 0x30, "  Error when disabling I2C path!\n"}));
 }

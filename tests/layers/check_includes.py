@@ -13,7 +13,8 @@ import sys
 
 LIBRARY = ("i2c", "io", "t2080_mdio")
 # What chips hold, told without any device.
-LAYOUTS = ("i2c/crc16.h", "i2c/ddr3_spd.h", "i2c/mfg_inventory.h", "i2c/sfp_serial_id.h")
+LAYOUTS = ("i2c/crc16.h", "i2c/ddr3_spd.h", "i2c/mfg_inventory.h",
+           "i2c/record_layout.h", "i2c/sfp_serial_id.h")
 
 # For each layer the layers it may include from. A folder below a layer may be
 # a layer of its own; the longest name that fits a file is its layer.
