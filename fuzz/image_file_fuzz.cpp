@@ -6,7 +6,7 @@
 #include "fuzz/fuzz_target.h"
 #include "host/hex_dump.h"
 #include "host/image_file.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 #include "tests/support/dump_text.h"
 

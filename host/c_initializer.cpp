@@ -6,7 +6,7 @@
 #include <string>
 
 #include "host/hex_dump_row.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

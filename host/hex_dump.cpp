@@ -6,7 +6,7 @@
 #include "host/c_initializer.h"
 #include "host/hex_dump_offsets.h"
 #include "host/hex_dump_row.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "host/c_initializer.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

@@ -9,7 +9,7 @@
 
 #include "framework/file_descriptor.h"
 #include "host/hex_dump.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

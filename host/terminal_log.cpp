@@ -1,3 +1,8 @@
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "host/printable.h"
 #include "host/terminal.h"
 
 namespace {
@@ -15,6 +20,22 @@ EColour ColourOf(ELogTypes type) {
     }
 }
 
+// A text may hold what a chip holds. Its lines and tabs are the shell's; nothing else in it
+// shall act on a terminal.
+std::string Safe(std::string_view text) {
+    std::string safe;
+    while (!text.empty()) {
+        const size_t length = text.find_first_of("\n\t");
+        safe += Printable(text.substr(0, length));
+        text.remove_prefix(std::min(length, text.size()));
+        if (!text.empty()) {
+            safe += text.front();
+            text.remove_prefix(1);
+        }
+    }
+    return safe;
+}
+
 }  // namespace
 
 CTerminalLog::CTerminalLog(CTerminal& terminal, const CLogFilter& filter)
@@ -24,13 +45,14 @@ void CTerminalLog::Write(const CLogRecord& record) {
     if (!Takes(record.logword)) {
         return;
     }
+    std::string text = Safe(record.text);
     if (LogTypeOf(record.logword) == LOG_LT_PRINT) {
-        m_terminal.Write(record.text);
+        m_terminal.Write(text);
         return;
     }
     m_terminal.EndLine();
-    if (!record.text.empty()) {
-        m_terminal.WriteLines(record.text.back() == '\n' ? record.text : record.text + '\n',
+    if (!text.empty()) {
+        m_terminal.WriteLines(text.back() == '\n' ? text : text + '\n',
                               ColourOf(LogTypeOf(record.logword)));
     }
 }

@@ -6,7 +6,7 @@
 #include "host/diag_tree.h"
 #include "host/shell/near_names.h"
 #include "host/shell/node_kind.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

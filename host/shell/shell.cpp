@@ -10,7 +10,7 @@
 #include "host/shell/builtins/builtins.h"
 #include "host/shell/input/command_line.h"
 #include "host/shell/node_path.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/run/foreground_stop.h"
 #include "host/shell/run/node_run.h"
 #include "host/shell/run/request.h"

@@ -6,7 +6,7 @@
 #include "framework/diag_functions.h"
 #include "host/integer_type.h"
 #include "host/shell/number.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

@@ -129,6 +129,12 @@ TEST_F(Terminal, NeverMixesLinesOfThreads) {
     EXPECT_EQ(count, 3 * LINES);
 }
 
+TEST_F(TerminalLog, LetsNothingActOnTheTerminalThatAChipHolds) {
+    m_log.Write({LW_PRINT, nullptr, "name : EV\x1b]0;own\x07 \xff\r|\tµm\n"});
+    m_log.Write({LW_WARN, nullptr, "\x1b[2J"});
+    EXPECT_EQ(Written(), "name : EV\\x1b]0;own\\x07 \\xff\\x0d|\tµm\n\\x1b[2J\n");
+}
+
 TEST_F(TerminalLog, PassesPrintTextUnchanged) {
     m_log.Write({LW_PRINT, nullptr, "devices connected: "});
     m_log.Write({LW_PRINT, nullptr, "0x50 "});

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "host/diag_tree.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/run/jobs.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"

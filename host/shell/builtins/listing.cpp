@@ -8,7 +8,7 @@
 #include "host/shell/builtins/listing_options.h"
 #include "host/shell/builtins/node_details.h"
 #include "host/shell/node_kind.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/shell.h"
 #include "host/shell/table.h"
 

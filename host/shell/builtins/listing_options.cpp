@@ -2,7 +2,7 @@
 
 #include "host/shell/builtins/builtins.h"
 #include "host/shell/number.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

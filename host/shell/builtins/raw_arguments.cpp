@@ -1,6 +1,6 @@
 #include "host/shell/builtins/raw_arguments.h"
 
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 CRawArguments::CRawArguments(const std::string& builtin, const std::vector<std::string>& words,

@@ -6,7 +6,7 @@
 #include "host/shell/builtins/raw_file.h"
 #include "host/shell/builtins/raw_node.h"
 #include "host/shell/builtins/raw_ranges.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/run/run_note.h"
 #include "host/shell/shell.h"
 

@@ -8,7 +8,7 @@
 
 #include "framework/diag_exception.h"
 #include "framework/diag_functions.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

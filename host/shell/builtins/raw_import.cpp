@@ -13,7 +13,7 @@
 #include "host/shell/builtins/raw_ranges.h"
 #include "host/shell/input/question.h"
 #include "host/shell/number.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/run/run_note.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <cmath>
 
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/run/interrupt.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"

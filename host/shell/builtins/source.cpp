@@ -5,7 +5,7 @@
 
 #include "host/shell/builtins/nesting.h"
 #include "host/shell/input/line_reader.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/script.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"

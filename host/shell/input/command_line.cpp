@@ -3,7 +3,7 @@
 #include <cctype>
 #include <utility>
 
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <system_error>
 #include <utility>
 
-#include "host/shell/printable.h"
+#include "host/printable.h"
 
 namespace {
 

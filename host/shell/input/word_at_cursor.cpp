@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "host/shell/printable.h"
+#include "host/printable.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/report/utc_time.h"
 #include "host/shell/run/result_name.h"
 

@@ -13,7 +13,7 @@
 #include "framework/diag_menu.h"
 #include "host/diag_tree.h"
 #include "host/log_types.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/run/quiet_thread.h"
 #include "host/shell/run/run_recorder.h"
 

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "framework/diag_exception.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "host/shell/printable.h"
+#include "host/printable.h"
 
 #include <array>
 #include <cstdint>
