@@ -13,7 +13,7 @@ struct diag_reg_st {
     uint64_t offset;   // address of the first instance
     diag_regacc_et access;
     uint32_t flags;            // board code's own
-    uint32_t num_regs;         // instances of an indexed register; 0 and 1 mean a plain one
+    uint32_t num_regs;         // instances: 1 of a plain register, more of an indexed one
     uint32_t addr_stride;      // address step between instances
     diag_regdata_t mask;       // the bits that exist
     diag_regdata_t init_data;  // value after reset

@@ -2,6 +2,7 @@
 // "regpoke", "regset", "regclr", "regdump" and "regtable".
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "framework/diag_device.h"
@@ -21,13 +22,20 @@ class CDiagRegisterDevice : public CDiagDevice {
     // name. Registers that change when read, or cannot be, are only read when
     // named in full. False when no register matches or a read fails.
     virtual bool dumpRegs(uint32_t logword, std::string pattern);
-    // One element of a register; board code supplies both.
+    // One element of a register; board code supplies both. Several threads may be in
+    // them at once.
     virtual bool readRegEntry(diag_regdata_t* data, diag_reg_st* reg, uint32_t index) = 0;
     virtual bool writeRegEntry(diag_regdata_t* data, diag_reg_st* reg, uint32_t index) = 0;
 
+    // All entries, in the order of the table.
+    std::span<diag_reg_st> Registers() const {
+        return m_table != nullptr ? std::span(m_table->reg_entries, m_table->num_regs)
+                                  : std::span<diag_reg_st>();
+    }
     // The entry of that name, or null.
     diag_reg_st* getRegEntry(std::string name);
-    // Reads an element, sets or clears `bits` in it and writes it back.
+    // Reads an element, sets or clears `bits` in it and writes it back. Refused, before
+    // it is read, of a register that cannot be written or whose reading has effects.
     bool SetClrBits(const uint64_t& bits, diag_reg_st* reg, unsigned int index, bool set);
 
   private:

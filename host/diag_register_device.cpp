@@ -1,26 +1,11 @@
 #include "framework/diag_register_device.h"
 
-#include <fnmatch.h>
-
 #include "framework/diag_functions.h"
 #include "framework/diag_log_word.h"
 #include "host/register_commands.h"
+#include "host/register_names.h"
 
 namespace {
-
-// How a pattern picks a register.
-enum class EMatch { NONE, BY_PATTERN, IN_FULL };
-
-EMatch Match(const std::string& pattern, const diag_reg_st& reg) {
-    const std::string name = reg.name;
-    if (pattern == name) {
-        return EMatch::IN_FULL;
-    }
-    const bool wildcards = pattern.find_first_of("*?[") != std::string::npos;
-    const bool hit = wildcards ? ::fnmatch(pattern.c_str(), reg.name, 0) == 0
-                               : name.compare(0, pattern.size(), pattern) == 0;
-    return hit ? EMatch::BY_PATTERN : EMatch::NONE;
-}
 
 // Reading these changes what the hardware does next, or gives nothing.
 bool IsReadSafe(const diag_reg_st& reg) {
@@ -51,14 +36,6 @@ const char* AccessText(diag_regacc_et access) {
     }
 }
 
-std::string ElementName(const diag_reg_st& reg, uint32_t index) {
-    std::string name = reg.name;
-    if (reg.num_regs > 1) {
-        name += "[" + std::to_string(index) + "]";
-    }
-    return name;
-}
-
 }  // namespace
 
 CDiagRegisterDevice::CDiagRegisterDevice(const std::string& name, const std::string& description,
@@ -72,12 +49,11 @@ CDiagRegisterDevice::~CDiagRegisterDevice() = default;
 void CDiagRegisterDevice::showRegTable(std::string pattern) {
     SendLog(LW_PRINT, "%-16s %-10s %-6s %-6s %s\n", "register", "offset", "access", "number",
             "description");
-    for (uint32_t i = 0; m_table != nullptr && i < m_table->num_regs; ++i) {
-        const diag_reg_st& reg = m_table->reg_entries[i];
-        if (Match(pattern, reg) != EMatch::NONE) {
+    for (const diag_reg_st& reg : Registers()) {
+        if (MatchRegister(pattern, reg) != EMatch::NONE) {
             SendLog(LW_PRINT, "%-16s %-10s %-6s %-6u %s\n", reg.name,
-                    toString(reg.offset, VF_HEX).c_str(), AccessText(reg.access),
-                    reg.num_regs > 1 ? reg.num_regs : 1U, reg.desc != nullptr ? reg.desc : "");
+                    toString(reg.offset, VF_HEX).c_str(), AccessText(reg.access), ElementCount(reg),
+                    reg.desc != nullptr ? reg.desc : "");
         }
     }
 }
@@ -85,9 +61,8 @@ void CDiagRegisterDevice::showRegTable(std::string pattern) {
 bool CDiagRegisterDevice::dumpRegs(uint32_t logword, std::string pattern) {
     bool matched = false;
     bool ok = true;
-    for (uint32_t i = 0; m_table != nullptr && i < m_table->num_regs; ++i) {
-        diag_reg_st& reg = m_table->reg_entries[i];
-        const EMatch match = Match(pattern, reg);
+    for (diag_reg_st& reg : Registers()) {
+        const EMatch match = MatchRegister(pattern, reg);
         if (match == EMatch::NONE) {
             continue;
         }
@@ -96,8 +71,7 @@ bool CDiagRegisterDevice::dumpRegs(uint32_t logword, std::string pattern) {
             SendLog(logword, "%-16s not read (%s)\n", reg.name, AccessText(reg.access));
             continue;
         }
-        const uint32_t count = reg.num_regs > 1 ? reg.num_regs : 1;
-        for (uint32_t index = 0; index < count; ++index) {
+        for (uint32_t index = 0; index < ElementCount(reg); ++index) {
             diag_regdata_t data = 0;
             std::string text;
             if (!readRegEntry(&data, &reg, index) ||
@@ -112,9 +86,9 @@ bool CDiagRegisterDevice::dumpRegs(uint32_t logword, std::string pattern) {
 }
 
 diag_reg_st* CDiagRegisterDevice::getRegEntry(std::string name) {
-    for (uint32_t i = 0; m_table != nullptr && i < m_table->num_regs; ++i) {
-        if (name == m_table->reg_entries[i].name) {
-            return &m_table->reg_entries[i];
+    for (diag_reg_st& reg : Registers()) {
+        if (name == reg.name) {
+            return &reg;
         }
     }
     return nullptr;
@@ -122,10 +96,14 @@ diag_reg_st* CDiagRegisterDevice::getRegEntry(std::string name) {
 
 bool CDiagRegisterDevice::SetClrBits(const uint64_t& bits, diag_reg_st* reg, unsigned int index,
                                      bool set) {
-    const uint32_t count = reg->num_regs > 1 ? reg->num_regs : 1;
-    if (index >= count) {
+    if (index >= ElementCount(*reg)) {
         SendLog(LW_ERR_SW, "%s[%u] invalid index, valid range 0 to %u\n", reg->name, index,
-                count - 1);
+                ElementCount(*reg) - 1);
+        return false;
+    }
+    if (!IsReadSafe(*reg) || reg->access == DIAG_REGACC_RO) {
+        SendLog(LW_ERR_SW, "register %s cannot be changed bit by bit (%s)\n", reg->name,
+                AccessText(reg->access));
         return false;
     }
     diag_regdata_t data = 0;

@@ -1,5 +1,7 @@
 #include "host/register_commands.h"
 
+#include <algorithm>
+#include <bit>
 #include <string>
 
 #include "framework/diag_command.h"
@@ -7,16 +9,24 @@
 #include "framework/diag_functions.h"
 #include "framework/diag_param.h"
 #include "framework/diag_register_device.h"
+#include "host/integer_type.h"
+#include "host/register_names.h"
 
 namespace {
 
+// Who only reads may do so beside others; who changes a register must find it as it was
+// when it began.
+constexpr unsigned int READS = CDiagFunc::SHARES_DEVICE;
+constexpr unsigned int WRITES = 0;
+
 // A register, or one element of it, as the operator named it.
 struct CRegName {
+    std::string name;
     diag_reg_st* reg = nullptr;
     unsigned int index = 0;
     bool has_index = false;
 
-    unsigned int Count() const { return reg->num_regs > 1 ? reg->num_regs : 1; }
+    unsigned int Count() const { return ElementCount(*reg); }
     // An array named without an index.
     bool IsWholeArray() const { return Count() > 1 && !has_index; }
 };
@@ -25,23 +35,27 @@ struct CRegName {
 class CRegisterCmd : public CDiagFunc {
   public:
     CRegisterCmd(CDiagRegisterDevice& device, const std::string& name,
-                 const std::string& description)
-        : CDiagFunc(name, description, 0), m_device(device) {}
+                 const std::string& description, unsigned int flags)
+        : CDiagFunc(name, description, flags), m_device(device) {}
 
   protected:
     void AddParam(uint8_t vt, const char* name, const char* description, uint8_t pt) {
         AddChild(new CDiagParam(vt, name, description, pt), NO_SORT);
     }
 
-    // Finds what `text` names.
-    bool Find(CRegName& found, const std::string& text) const {
-        std::string name;
-        found.has_index = diag_crack_regname_index(name, found.index, text);
-        found.reg = m_device.getRegEntry(name);
-        if (found.reg == nullptr) {
-            SendLog(LW_ERR_SW, "No register named %s\n", name.c_str());
-            return false;
-        }
+    // Finds what `text` names; there may be no register of that name.
+    CRegName Find(const std::string& text) const {
+        CRegName found;
+        found.has_index = diag_crack_regname_index(found.name, found.index, text);
+        found.reg = m_device.getRegEntry(found.name);
+        return found;
+    }
+
+    void TellUnknown(const CRegName& found) const {
+        SendLog(LW_ERR_SW, "No register named %s\n", found.name.c_str());
+    }
+
+    bool IsInRange(const CRegName& found) const {
         if (found.index >= found.Count()) {
             SendLog(LW_ERR_SW, "%s[%u] invalid index, valid range 0 to %u\n", found.reg->name,
                     found.index, found.Count() - 1);
@@ -52,7 +66,12 @@ class CRegisterCmd : public CDiagFunc {
 
     // Finds what `text` names, which must be a single element.
     bool FindElement(CRegName& found, const std::string& text) const {
-        if (!Find(found, text)) {
+        found = Find(text);
+        if (found.reg == nullptr) {
+            TellUnknown(found);
+            return false;
+        }
+        if (!IsInRange(found)) {
             return false;
         }
         if (found.IsWholeArray()) {
@@ -63,14 +82,9 @@ class CRegisterCmd : public CDiagFunc {
         return true;
     }
 
-    // Converts an argument to data of the register's type.
-    bool Convert(diag_regdata_t& data, const CRegName& found, uint64_t arg) const {
-        if (reg_data_from_arg(&data, found.reg->dtype, arg)) {
-            return true;
-        }
+    void TellUnfit(const CRegName& found, uint64_t arg) const {
         SendLog(LW_WARN, "%s does not fit register %s\n", toString(arg, VF_HEX).c_str(),
                 found.reg->name);
-        return false;
     }
 
     CDiagRegisterDevice& m_device;
@@ -79,7 +93,7 @@ class CRegisterCmd : public CDiagFunc {
 class CPeekRegCmd : public CRegisterCmd {
   public:
     explicit CPeekRegCmd(CDiagRegisterDevice& device)
-        : CRegisterCmd(device, "regpeek", "Peek Register Value") {
+        : CRegisterCmd(device, "regpeek", "Peek Register Value", READS) {
         AddParam(VT_STRING, "regname", "Register Name", PT_IN);
         AddParam(VT_STRING, "regvalue", "Register Value", PT_OUT);
     }
@@ -87,14 +101,27 @@ class CPeekRegCmd : public CRegisterCmd {
     void Invoke(CInMsg& in, COutMsg& out) override {
         std::string name;
         in >> name;
-        CRegName found;
+        const CRegName found = Find(name);
+        if (found.reg == nullptr) {
+            Dump(name, found, out);
+            return;
+        }
         std::string text;
-        const bool ok = Find(found, name) && Read(found, text);
+        const bool ok = IsInRange(found) && Read(found, text);
         AnswerResult(out, ok);
         out << (ok ? text : "???");
     }
 
   private:
+    // What names no register may be the pattern of some.
+    void Dump(const std::string& pattern, const CRegName& found, COutMsg& out) {
+        const bool ok = m_device.dumpRegs(LW_PRINT, pattern);
+        if (!ok) {
+            TellUnknown(found);
+        }
+        AnswerResult(out, ok);
+    }
+
     // The values of a whole array are separated by blanks.
     bool Read(const CRegName& found, std::string& text) {
         const unsigned int end = found.IsWholeArray() ? found.Count() : found.index + 1;
@@ -114,7 +141,7 @@ class CPeekRegCmd : public CRegisterCmd {
 class CPokeRegCmd : public CRegisterCmd {
   public:
     explicit CPokeRegCmd(CDiagRegisterDevice& device)
-        : CRegisterCmd(device, "regpoke", "Poke Register Value") {
+        : CRegisterCmd(device, "regpoke", "Poke Register Value", WRITES) {
         AddParam(VT_STRING, "regname", "Register Name", PT_IN);
         AddParam(VT_UINT64 | VF_HEX, "regvalue", "Register Value", PT_IN);
     }
@@ -128,13 +155,23 @@ class CPokeRegCmd : public CRegisterCmd {
         AnswerResult(out, FindElement(found, name) && Convert(data, found, value) &&
                               m_device.writeRegEntry(&data, found.reg, found.index));
     }
+
+  private:
+    // Converts an argument to data of the register's type.
+    bool Convert(diag_regdata_t& data, const CRegName& found, uint64_t arg) const {
+        if (reg_data_from_arg(&data, found.reg->dtype, arg)) {
+            return true;
+        }
+        TellUnfit(found, arg);
+        return false;
+    }
 };
 
 class CSetClrRegCmd : public CRegisterCmd {
   public:
     CSetClrRegCmd(CDiagRegisterDevice& device, bool set)
         : CRegisterCmd(device, set ? "regset" : "regclr",
-                       set ? "Set Bits in a Register" : "Clear Bits in a Register"),
+                       set ? "Set Bits in a Register" : "Clear Bits in a Register", WRITES),
           m_set(set) {
         AddParam(VT_STRING, "regname", "Register Name", PT_IN);
         AddParam(VT_UINT64 | VF_HEX, "mask", set ? "Bit mask to set" : "Bit mask to clear", PT_IN);
@@ -145,12 +182,22 @@ class CSetClrRegCmd : public CRegisterCmd {
         uint64_t mask = 0;
         in >> name >> mask;
         CRegName found;
-        diag_regdata_t bits = 0;
-        AnswerResult(out, FindElement(found, name) && Convert(bits, found, mask) &&
-                              m_device.SetClrBits(bits, found.reg, found.index, m_set));
+        AnswerResult(out, FindElement(found, name) && Has(found, mask) &&
+                              m_device.SetClrBits(mask, found.reg, found.index, m_set));
     }
 
   private:
+    // Whether the register has these bits; the sign is one.
+    bool Has(const CRegName& found, uint64_t bits) const {
+        const EValueType type = found.reg->dtype;
+        if (IsIntegerType(type) &&
+            static_cast<unsigned int>(std::bit_width(bits)) <= BitsOfType(type)) {
+            return true;
+        }
+        TellUnfit(found, bits);
+        return false;
+    }
+
     const bool m_set;
 };
 
@@ -159,7 +206,7 @@ class CListRegsCmd : public CRegisterCmd {
   public:
     CListRegsCmd(CDiagRegisterDevice& device, bool values)
         : CRegisterCmd(device, values ? "regdump" : "regtable",
-                       values ? "Show Register Values" : "Show Register Table"),
+                       values ? "Show Register Values" : "Show Register Table", READS),
           m_values(values) {
         AddParam(VT_STRING, "pattern", "Register Names (dflt=all)", PT_IN | PT_OPTIONAL);
     }
@@ -169,8 +216,13 @@ class CListRegsCmd : public CRegisterCmd {
         if (in.GetLen() != 0) {
             in >> pattern;
         }
-        bool ok = true;
-        if (m_values) {
+        const auto matches = [&pattern](const diag_reg_st& reg) {
+            return MatchRegister(pattern, reg) != EMatch::NONE;
+        };
+        bool ok = pattern.empty() || std::ranges::any_of(m_device.Registers(), matches);
+        if (!ok) {
+            SendLog(LW_ERR_SW, "No register matches %s\n", pattern.c_str());
+        } else if (m_values) {
             ok = m_device.dumpRegs(LW_PRINT, pattern);
         } else {
             m_device.showRegTable(pattern);

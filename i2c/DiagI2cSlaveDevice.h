@@ -7,7 +7,7 @@
 #include <string>
 
 #include "framework/diag_device.h"
-#include "framework/diag_func.h"
+#include "i2c/path_commands.h"
 
 class CI2cDevice;
 
@@ -28,14 +28,5 @@ class CDiagI2cSlaveDevice : public CDiagDevice {
     CI2cDevice* m_i2cDev;
 };
 
-class CEnablePathCmd : public CDiagFunc {
-  public:
-    CEnablePathCmd(const std::string& name, const std::string& description);
-    void Invoke(CInMsg& in, COutMsg& out) override;
-};
-
-class CClearPathCmd : public CDiagFunc {
-  public:
-    CClearPathCmd(const std::string& name, const std::string& description);
-    void Invoke(CInMsg& in, COutMsg& out) override;
-};
+using CEnablePathCmd = CEnablePathCmdOf<CDiagI2cSlaveDevice>;
+using CClearPathCmd = CClearPathCmdOf<CDiagI2cSlaveDevice>;

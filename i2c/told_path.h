@@ -2,10 +2,11 @@
 #pragma once
 
 #include "framework/diag_log_word.h"
-#include "i2c/DiagI2cSlaveDevice.h"
+#include "framework/diag_menu.h"
 
 // `sender`: the command or test that wants it.
-inline bool OpenPathOrTell(const CDiagMenu& sender, CDiagI2cSlaveDevice& device) {
+template <class Device>
+bool OpenPathOrTell(const CDiagMenu& sender, Device& device) {
     const bool ok = device.EnablePath();
     if (!ok) {
         sender.SendLog(LW_ERR_SW, "  Error when enabling I2C path!\n");
@@ -13,7 +14,8 @@ inline bool OpenPathOrTell(const CDiagMenu& sender, CDiagI2cSlaveDevice& device)
     return ok;
 }
 
-inline bool ClosePathOrTell(const CDiagMenu& sender, CDiagI2cSlaveDevice& device) {
+template <class Device>
+bool ClosePathOrTell(const CDiagMenu& sender, Device& device) {
     const bool ok = device.ClearPath();
     if (!ok) {
         sender.SendLog(LW_ERR_SW, "  Error when disabling I2C path!\n");

@@ -140,7 +140,8 @@ TEST_F(RegisterDevice, ClearsBitsAndLeavesTheOthers) {
 
 TEST_F(RegisterDevice, SetsAndClearsNothingItShouldNot) {
     for (const char* command : {"regset", "regclr"}) {
-        for (const char* reg : {"ctrl", "ctrl[4]", "ctrl[4294967295]", "mode[1]", "nothing"}) {
+        for (const char* reg : {"ctrl", "ctrl[4]", "ctrl[4294967295]", "mode[1]", "nothing",
+                                "status", "cause", "fifo", "reset"}) {
             EXPECT_EQ(Call(command, reg, 1).Code(), MSG_ERR_FAIL) << command << " " << reg;
         }
     }

@@ -43,8 +43,8 @@ class EveryI2cSlaveCommand : public CSlaveTest, public testing::WithParamInterfa
         EXPECT_THAT(m_journal.Entries()[0].second, m_missing_device);
     }
 
-    const testing::Matcher<std::string> m_missing_device = testing::MatchesRegex(
-        R"(i2c/DiagI2cSlaveDevice\.cpp:[1-9][0-9]* Assert failed \(pDev != NULL\))");
+    const testing::Matcher<std::string> m_missing_device =
+        testing::MatchesRegex(R"(i2c/path_commands\.h:[1-9][0-9]* Assert failed \(pDev != NULL\))");
 };
 INSTANTIATE_TEST_SUITE_P(, EveryI2cSlaveCommand, testing::ValuesIn(CASES), CaseName);
 
