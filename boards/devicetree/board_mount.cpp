@@ -7,6 +7,7 @@
 
 #include "boards/devicetree/compatible_table.h"
 #include "boards/devicetree/i2c_mount.h"
+#include "boards/devicetree/io_mount.h"
 #include "boards/devicetree/mdio_mount.h"
 #include "boards/devicetree/mount_step.h"
 #include "boards/devicetree/plain_node.h"
@@ -28,9 +29,11 @@ class CBoardMount {
     CBoardMount(const CDeviceTree& tree, const std::filesystem::path& folder,
                 const std::filesystem::path& state)
         : m_tree(tree),
+          m_state(state),
           m_root(std::make_unique<CDiagMenu>(TMENU, "board", Model(tree.Root()))),
           m_sim(std::make_unique<CSimDevice>()),
-          m_i2c(tree, m_names, *m_sim, folder, state) {
+          m_i2c(tree, m_names, *m_sim, folder, state),
+          m_mdio(*m_root, m_names) {
         m_names.Below(*m_root).Take(m_sim->GetName());
     }
 
@@ -59,7 +62,10 @@ class CBoardMount {
             MountBelow(node, menu);  // no device, but it may hold some
             return;
         }
-        if (IsDisabled(node)) {
+        // A disabled MDIO bus keeps its port.
+        const bool has_port =
+            match.binding != nullptr && match.binding->kind == EBindingKind::MDIO_BUS;
+        if (IsDisabled(node) && !has_port) {
             AddNode(menu, CreatePlainNode(Request(node, match, menu), "disabled"));
             return;
         }
@@ -74,14 +80,18 @@ class CBoardMount {
             case EBindingKind::I2C_BUS:
                 m_i2c.MountBus(node, match, menu);
                 break;
+            case EBindingKind::IO_PORTS:
+                MountIoPorts(node, match, menu, m_names, *m_sim, m_state);
+                break;
             case EBindingKind::MDIO_BUS:
-                MountMdioBus(node, match, menu, m_names);
+                m_mdio.MountBus(node, match);
                 break;
             case EBindingKind::I2C_MODULE:
                 m_modules.emplace_back(&node, match);
                 break;
             case EBindingKind::I2C_DEVICE:
             case EBindingKind::MDIO_PHY:
+            case EBindingKind::MDIO_C45_PHY:
                 throw CDiagException("%s: \"%s\" does not stand on a bus that it could answer on",
                                      node.Path().c_str(), PrintableText(match.compatible).c_str());
         }
@@ -93,10 +103,12 @@ class CBoardMount {
     }
 
     const CDeviceTree& m_tree;
+    const std::filesystem::path m_state;
     CTreeNames m_names;
     std::unique_ptr<CDiagMenu> m_root;
     std::unique_ptr<CSimDevice> m_sim;
     CI2cMount m_i2c;
+    CMdioMount m_mdio;
     std::vector<std::pair<const CDeviceTreeNode*, CMatch>> m_modules;
 };
 

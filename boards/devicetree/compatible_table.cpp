@@ -21,6 +21,11 @@ constexpr CBinding Eeprom(std::string_view compatible, CBinding::DescribeEeprom 
     return {compatible, I2C_DEVICE, create, CreateSimEeprom, describe};
 }
 
+constexpr CBinding Registers(std::string_view compatible,
+                             CBinding::CreateNode create = CreateRegisterNode) {
+    return {compatible, I2C_DEVICE, create, CreateSimRegisters};
+}
+
 constexpr std::array BINDINGS = {
     CBinding{"simple-bus", CONTAINER},
     CBinding{"simple-mfd", CONTAINER},
@@ -56,14 +61,23 @@ constexpr std::array BINDINGS = {
     Eeprom("*,spd", DescribeSpd, CreateSpdNode),
     CBinding{"sff,sfp", I2C_MODULE, CreateSfpNode, CreateSimModule, DescribeModuleEeprom},
 
-    CBinding{"nxp,pca9555", I2C_DEVICE, CreateUnsupportedSlave},
-    CBinding{"adi,adt7461", I2C_DEVICE, CreateUnsupportedSlave},
-    CBinding{"ti,tmp75", I2C_DEVICE, CreateUnsupportedSlave},
+    Registers("*,adt7461"),
+    Registers("*,ds3232"),
+    Registers("*,ina220"),
+    Registers("*,lm75"),
+    Registers("*,tmp75"),
+    Registers("morva,quillbank-cpld"),
+    Registers("*,pca9534", CreateExpanderNode),
+    Registers("*,pca9535", CreateExpanderNode),
+    Registers("*,pca9555", CreateExpanderNode),
+    Registers("*,pcf8574", CreateQuasiExpanderNode),
 
-    CBinding{"fsl,fman-memac-mdio", MDIO_BUS, CreateUnsupportedNode},
-    CBinding{"fsl,fman-xmdio", MDIO_BUS, CreateUnsupportedNode},
-    CBinding{"ethernet-phy-ieee802.3-c22", MDIO_PHY, CreateUnsupportedNode},
-    CBinding{"ethernet-phy-ieee802.3-c45", MDIO_PHY, CreateUnsupportedNode},
+    CBinding{"morva,io-ports", IO_PORTS},
+
+    CBinding{"fsl,fman-memac-mdio", MDIO_BUS},
+    CBinding{"fsl,fman-xmdio", MDIO_BUS},
+    CBinding{"ethernet-phy-ieee802.3-c22", MDIO_PHY},
+    CBinding{"ethernet-phy-ieee802.3-c45", MDIO_C45_PHY},
 };
 
 const CBinding* FindBinding(std::string_view compatible) {

@@ -15,9 +15,11 @@ enum class EBindingKind {
     CONTAINER,  // a bus of the processor that only holds other nodes
     I2C_BUS,
     I2C_DEVICE,
+    IO_PORTS,
     I2C_MODULE,  // pluggable: stands anywhere and names its bus
     MDIO_BUS,
     MDIO_PHY,
+    MDIO_C45_PHY,  // out of reach of clause 22
 };
 
 struct CBinding {

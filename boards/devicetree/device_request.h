@@ -29,5 +29,4 @@ struct CDeviceRequest {
     const CI2cWire* wire = nullptr;      // what a device on I2C hangs on
     const eeprom_part_t* eeprom = nullptr;  // what an EEPROM is
     std::filesystem::path tables;           // the folder of the board's XML tables
-    bool simulated = false;                 // whether a chip on the wire stands for it
 };

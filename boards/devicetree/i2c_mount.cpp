@@ -149,14 +149,17 @@ void CI2cMount::MountKnown(CDeviceRequest& request, const CBinding& binding, uin
         wire.Claim(addr, 1, node);
     }
     const CSimParts chip = CreateChip(request, binding, addr, wire);
-    request.simulated = binding.create_chip != nullptr;
 
     CDiagMenu& device = AddNode(wire.Menu(), binding.create_node(request));
     if (chip.memory != nullptr) {
-        ShowContents(device, *chip.memory);
+        m_sim.AddContents(TakeSimName(device), *chip.memory);
     }
     if (chip.diagnostics != nullptr) {
-        ShowContents(*device.FindChild(CBoardSfpEeprom::DIAGNOSTICS), *chip.diagnostics);
+        m_sim.AddContents(TakeSimName(*device.FindChild(CBoardSfpEeprom::DIAGNOSTICS)),
+                          *chip.diagnostics);
+    }
+    if (chip.registers != nullptr) {
+        m_sim.AddOutside(TakeSimName(device), *chip.registers);
     }
     if (chip.mux != nullptr) {
         MountChannels(node, dynamic_cast<CDiagI2cSwitch&>(device), *chip.mux, wire);
@@ -233,10 +236,10 @@ void CI2cMount::MountChannels(const CDeviceTreeNode& node, CDiagI2cSwitch& mux, 
 
 // Below the simulation the place in the tree is one word:
 // "i2c-0.pca9547-0.ch0.spd-0".
-void CI2cMount::ShowContents(const CDiagObj& device, CSimMemory& memory) {
+std::string CI2cMount::TakeSimName(const CDiagObj& device) {
     std::string name = NodePath(device).substr(1);
     std::replace(name.begin(), name.end(), '/', '.');
-    m_sim.AddContents(m_names.Below(m_sim).TakeUnique(name), memory);
+    return m_names.Below(m_sim).TakeUnique(name);
 }
 
 void CI2cMount::WarnOfSharedAddresses() const {

@@ -50,7 +50,7 @@ class CI2cMount {
                          CI2cWire& wire) const;
     void MountChannels(const CDeviceTreeNode& node, CDiagI2cSwitch& mux, CSimMux& chip,
                        const CI2cWire& above);
-    void ShowContents(const CDiagObj& device, CSimMemory& memory);
+    std::string TakeSimName(const CDiagObj& device);
 
     const CDeviceTree& m_tree;
     CTreeNames& m_names;

@@ -10,6 +10,8 @@
 #include "boards/chips/board_slave.h"
 #include "boards/chips/decoded_eeprom.h"
 #include "boards/chips/mux_chip.h"
+#include "boards/chips/port_expander.h"
+#include "boards/chips/register_chip.h"
 #include "boards/devicetree/node_name.h"
 #include "boards/devicetree/part_name.h"
 #include "boards/devicetree/plain_node.h"
@@ -27,11 +29,6 @@ constexpr uint16_t LARGEST_TRANSFER = 128;
 
 uint8_t AddrOf(const CDeviceRequest& request) {
     return static_cast<uint8_t>(request.addr.value());
-}
-
-std::unique_ptr<CDiagMenu> CreateSlave(const CDeviceRequest& request, const char* note) {
-    return std::make_unique<CBoardSlave>(request.TakeName(), request.Text() + ": " + note,
-                                         request.wire->Place(AddrOf(request)));
 }
 
 std::string SizeText(const eeprom_part_t& part, uint32_t size) {
@@ -82,6 +79,17 @@ template <class Eeprom>
 std::unique_ptr<CDiagMenu> CreateDecodedEeprom(const CDeviceRequest& request,
                                                std::string_view kind) {
     return CreateWholeEeprom<Eeprom>(request, *FindDecoder(kind));
+}
+
+template <class Chip>
+std::unique_ptr<CDiagMenu> CreateRegisters(const CDeviceRequest& request) {
+    const register_part_t* part = FindRegisterPart(PartName(request.compatible));
+    if (part == nullptr) {
+        throw CDiagException("%s: there is no register chip \"%s\"", request.node.Path().c_str(),
+                             PrintableText(request.compatible).c_str());
+    }
+    return std::make_unique<Chip>(*part, request.TakeName(), request.Text() + ": " + part->what,
+                                  request.wire->Place(AddrOf(request)));
 }
 
 }  // namespace
@@ -135,11 +143,21 @@ std::unique_ptr<CDiagMenu> CreateParamEepromNode(const CDeviceRequest& request) 
         request, request.tables / std::filesystem::path(CParamEepromCmd::DEFAULT_FILE).filename());
 }
 
-std::unique_ptr<CDiagMenu> CreateUnsupportedSlave(const CDeviceRequest& request) {
-    return CreateSlave(request, UnsupportedNote(request));
+std::unique_ptr<CDiagMenu> CreateRegisterNode(const CDeviceRequest& request) {
+    return CreateRegisters<CRegisterChip>(request);
+}
+
+std::unique_ptr<CDiagMenu> CreateExpanderNode(const CDeviceRequest& request) {
+    return CreateRegisters<CPortExpander>(request);
+}
+
+std::unique_ptr<CDiagMenu> CreateQuasiExpanderNode(const CDeviceRequest& request) {
+    return CreateRegisters<CQuasiPortExpander>(request);
 }
 
 std::unique_ptr<CDiagMenu> CreateUnknownSlave(const CDeviceRequest& request) {
     TellUnknown(request, "a plain slave");
-    return CreateSlave(request, "no driver, plain slave");
+    return std::make_unique<CBoardSlave>(request.TakeName(),
+                                         request.Text() + ": no driver, plain slave",
+                                         request.wire->Place(AddrOf(request)));
 }

@@ -23,6 +23,11 @@ std::unique_ptr<CDiagMenu> CreateSfpNode(const CDeviceRequest& request);
 // A CBoardParamEeprom; its table of last resort is the default board's.
 std::unique_ptr<CDiagMenu> CreateParamEepromNode(const CDeviceRequest& request);
 
-// A CBoardSlave, for chips that are known but not driven, and for the others.
-std::unique_ptr<CDiagMenu> CreateUnsupportedSlave(const CDeviceRequest& request);
+// A CRegisterChip.
+std::unique_ptr<CDiagMenu> CreateRegisterNode(const CDeviceRequest& request);
+// A CPortExpander, or a CQuasiPortExpander.
+std::unique_ptr<CDiagMenu> CreateExpanderNode(const CDeviceRequest& request);
+std::unique_ptr<CDiagMenu> CreateQuasiExpanderNode(const CDeviceRequest& request);
+
+// A CBoardSlave, for chips that are not known.
 std::unique_ptr<CDiagMenu> CreateUnknownSlave(const CDeviceRequest& request);

@@ -9,14 +9,7 @@
 // Described as "COMPATIBLE at 0xADDR: NOTE".
 std::unique_ptr<CDiagMenu> CreatePlainNode(const CDeviceRequest& request, const char* note);
 
-// For devices that are known, but not driven.
-std::unique_ptr<CDiagMenu> CreateUnsupportedNode(const CDeviceRequest& request);
-
 // For devices that are not known; says so in the log.
 std::unique_ptr<CDiagMenu> CreateUnknownNode(const CDeviceRequest& request);
 // The line in the log; `what` is what stands in for the device.
 void TellUnknown(const CDeviceRequest& request, const char* what);
-
-// Why a device that is known has no driver: what an operator must know of it is
-// whether anything will answer.
-const char* UnsupportedNote(const CDeviceRequest& request);

@@ -39,6 +39,11 @@ std::unique_ptr<CSimMemory> CreateMemory(const CChipRequest& request, uint32_t s
     }
 }
 
+[[noreturn]] void RefusePart(const CChipRequest& request) {
+    throw CDiagException("%s: there is no simulated \"%s\"", request.node.Path().c_str(),
+                         PrintableText(request.compatible).c_str());
+}
+
 }  // namespace
 
 std::filesystem::path ContentsFile(uint8_t addr) {
@@ -74,8 +79,15 @@ CSimParts CreateSimModule(const CChipRequest& request) {
 CSimParts CreateSimMux(const CChipRequest& request) {
     const sim_mux_part_t* part = FindSimMuxPart(PartName(request.compatible));
     if (part == nullptr) {
-        throw CDiagException("%s: there is no simulated \"%s\"", request.node.Path().c_str(),
-                             PrintableText(request.compatible).c_str());
+        RefusePart(request);
     }
     return {.mux = &request.wire.Segment().Add(std::make_unique<CSimMux>(*part, request.addr))};
+}
+
+CSimParts CreateSimRegisters(const CChipRequest& request) {
+    const sim_register_part_t* part = FindSimRegisterPart(PartName(request.compatible));
+    if (part == nullptr) {
+        RefusePart(request);
+    }
+    return {.registers = &request.wire.Segment().Add(part->create(*part, request.addr))};
 }

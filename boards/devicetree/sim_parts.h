@@ -11,6 +11,7 @@
 #include "boards/devicetree/i2c_wire.h"
 #include "boards/sim/sim_memory.h"
 #include "boards/sim/sim_mux.h"
+#include "boards/sim/sim_registers.h"
 #include "framework/diag_exception.h"
 
 // What is to be put on the wire.
@@ -37,9 +38,10 @@ std::filesystem::path ContentsFile(uint8_t addr);
 
 // What the rest of the board has to know of the chip; the wire owns it.
 struct CSimParts {
-    CSimMemory* memory = nullptr;       // of a memory chip
-    CSimMemory* diagnostics = nullptr;  // of a module that has them
-    CSimMux* mux = nullptr;             // of a multiplexer
+    CSimMemory* memory = nullptr;        // of a memory chip
+    CSimMemory* diagnostics = nullptr;   // of a module that has them
+    CSimMux* mux = nullptr;              // of a multiplexer
+    CSimRegisters* registers = nullptr;  // of a register chip
 };
 
 // All throw CDiagException, naming the node, when the chip cannot be made.
@@ -47,3 +49,4 @@ CSimParts CreateSimEeprom(const CChipRequest& request);
 // The second memory is there when it has contents, or an image that it may begin with.
 CSimParts CreateSimModule(const CChipRequest& request);
 CSimParts CreateSimMux(const CChipRequest& request);
+CSimParts CreateSimRegisters(const CChipRequest& request);

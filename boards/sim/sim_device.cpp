@@ -1,6 +1,7 @@
 #include "boards/sim/sim_device.h"
 
 #include "boards/sim/sim_commands.h"
+#include "boards/sim/sim_outside.h"
 #include "framework/diag_array.h"
 #include "framework/diag_exception.h"
 
@@ -41,6 +42,10 @@ CSimDevice::CSimDevice() : CDiagDevice("sim", "simulated hardware", TDEVICE) {
 
 void CSimDevice::AddContents(const std::string& name, CSimMemory& memory) {
     AddChild(new CSimContents(name, memory), NO_SORT);
+}
+
+void CSimDevice::AddOutside(const std::string& name, CSimRegisters& chip) {
+    AddChild(CreateOutsideMenu(name, chip).release(), NO_SORT);
 }
 
 void CSimDevice::LockState(const std::filesystem::path& folder) {

@@ -1,6 +1,6 @@
 // The node "sim": commands that inject faults into the simulated buses, show
 // what the buses did and set their pace, and below it the contents of every
-// memory chip, reachable without the bus.
+// memory chip, reachable without the bus, and the world outside of every register chip.
 #pragma once
 
 #include <filesystem>
@@ -10,6 +10,7 @@
 
 #include "boards/sim/sim_bus.h"
 #include "boards/sim/sim_memory.h"
+#include "boards/sim/sim_registers.h"
 #include "boards/sim/state_lock.h"
 #include "framework/diag_device.h"
 
@@ -17,10 +18,12 @@ class CSimDevice : public CDiagDevice {
   public:
     CSimDevice();
 
-    // Buses and memories are not owned and must outlive every use of this node.
+    // Buses and chips are not owned and must outlive every use of this node.
     void AddBus(CSimBus& bus) { m_buses.push_back(&bus); }
     // Adds an array node of that name whose positions are the memory's offsets.
     void AddContents(const std::string& name, CSimMemory& memory);
+    // Adds a menu of that name, see CreateOutsideMenu.
+    void AddOutside(const std::string& name, CSimRegisters& chip);
     // Keeps other processes away from the folder that the memories live in.
     // Throws CDiagException when one has it already.
     void LockState(const std::filesystem::path& folder);

@@ -16,7 +16,7 @@ LIBRARY = ("i2c", "io", "t2080_mdio")
 LAYOUTS = ("i2c/crc16.h", "i2c/ddr3_spd.h", "i2c/mfg_inventory.h",
            "i2c/record_layout.h", "i2c/sfp_serial_id.h")
 
-# For each layer the layers it may include from. A folder below a layer may be
+# For each layer the layers, and single headers, that it may include from. A folder below a layer may be
 # a layer of its own; the longest name that fits a file is its layer.
 MAY_INCLUDE = {
     "framework": ("framework",),
@@ -26,6 +26,7 @@ MAY_INCLUDE = {
     "decode": ("decode",) + LAYOUTS,
     "host": ("framework", "host", "decode"),
     "boards": ("framework", "boards", "decode") + LIBRARY,
+    "boards/mdio_sim": ("boards/mdio_sim",),
 }
 # Layers that do not know each other although what is above them may.
 STRANGERS = {
@@ -69,10 +70,15 @@ def target_of(tree, includer, name):
     return from_root if "/" in from_root and os.path.isdir(os.path.join(tree, top)) else None
 
 
+def layer_of(path):
+    """The longest name of a layer that fits; None outside of all of them."""
+    return max((layer for layer in MAY_INCLUDE if is_below(path, layer)), key=len, default=None)
+
+
 def refusal(includer, target):
     """Why `includer` may not include `target`, or None."""
-    layer = includer.split("/")[0]
-    if not any(is_below(target, allowed) for allowed in MAY_INCLUDE[layer]):
+    layer = layer_of(includer)
+    if layer_of(target) not in MAY_INCLUDE[layer] and target not in MAY_INCLUDE[layer]:
         return f"{layer}/ includes {target}"
     for folder, strangers in STRANGERS.items():
         for stranger in strangers:
@@ -82,7 +88,7 @@ def refusal(includer, target):
 
 
 def sources(tree):
-    for layer in MAY_INCLUDE:
+    for layer in (layer for layer in MAY_INCLUDE if "/" not in layer):
         for folder, subfolders, files in os.walk(os.path.join(tree, layer)):
             subfolders.sort()
             for file in sorted(files):

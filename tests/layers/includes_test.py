@@ -29,6 +29,8 @@ CLEAN = {
     "boards/linux/bus.h": "",
     "boards/sim/bus.cpp": '#include "boards/root_bus/bus.h"\n#include "io/port.h"\n',
     "boards/sim/bus.h": "",
+    "boards/mdio_sim/phy.cpp": '#include <linux/mii.h>\n#include "boards/mdio_sim/phy.h"\n',
+    "boards/mdio_sim/phy.h": "",
     "boards/tree/mount.cpp": '#include "boards/linux/bus.h"\n#include "boards/sim/bus.h"\n',
     "tests/support/fake.h": '#include "host/log.h"\n#include "boards/sim/bus.h"\n',
 }
@@ -63,7 +65,7 @@ class Includes(unittest.TestCase):
 
     def test_accepts_a_clean_tree(self):
         code, output = self.check()
-        self.assertEqual((code, output), (0, "17 files, 0 includes across a layer's edge\n"))
+        self.assertEqual((code, output), (0, "19 files, 0 includes across a layer's edge\n"))
 
     def test_finds_the_host_below_the_contract_and_the_library(self):
         for layer in ("framework", "i2c", "io", "t2080_mdio"):
@@ -99,6 +101,15 @@ class Includes(unittest.TestCase):
         self.assert_found("boards/linux/bad.h", '#include "boards/sim/bus.h"\n', "boards/linux/bad.h:1")
         self.write("boards/linux/bad.h", "")
         self.assert_found("boards/sim/bad.h", '#include "boards/linux/bus.h"\n', "boards/sim/bad.h:1")
+
+    def test_finds_the_simulated_driver_knowing_the_project_or_known_to_it(self):
+        self.assert_found(
+            "boards/mdio_sim/bad.h",
+            '#include "framework/menu.h"\n#include "boards/sim/bus.h"\n#include "i2c/bus.h"\n',
+            "boards/mdio_sim/bad.h:1", "boards/mdio_sim/bad.h:2", "boards/mdio_sim/bad.h:3")
+        self.write("boards/mdio_sim/bad.h", "")
+        self.assert_found(
+            "boards/sim/bad.h", '#include "boards/mdio_sim/phy.h"\n', "boards/sim/bad.h:1")
 
     def test_finds_tests_below_the_product(self):
         self.assert_found("host/bad.cpp", '#include "tests/support/fake.h"\n', "host/bad.cpp:1")

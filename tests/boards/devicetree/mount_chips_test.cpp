@@ -162,10 +162,10 @@ TEST_F(MountChips, BehindMultiplexersAnswerWhenTheWayIsOpen) {
         std::filesystem::exists(m_folder.Path() / "state/i2c-0/0x77/ch2/0x70/ch5/0x51.bin"));
 }
 
-TEST_F(MountChips, AreNotThereForDevicesThatAreDisabledOrNotSimulated) {
+TEST_F(MountChips, AreNotThereForDevicesThatAreDisabledOrNotKnown) {
     MountOnBus([](CBlobBuilder& bus) {
         bus.Device("off", "atmel,24c02", 0x50).Text("status", "disabled").End();
-        bus.Device("gpio", "nxp,pca9555", 0x20).End();
+        bus.Device("gpio", "nxp,pca9555", 0x20).Text("status", "disabled").End();
         bus.Device("any", "acme,any", 0x21).End();
     });
     EXPECT_EQ(Read(0x50, {0}, 1), std::nullopt);

@@ -193,21 +193,6 @@ TEST_F(MountFaults, NameAClockThatNoBusRunsAt) {
               "left out: /i2c@1: property \"clock-frequency\" is 0, should be 1 to 5000000\n");
 }
 
-TEST_F(MountFaults, NamePhysOutOfRangeOrInOnePlace) {
-    CBlobBuilder builder;
-    builder.Begin("mdio@1").Text("compatible", "fsl,fman-xmdio");
-    builder.Device("phy@20", "ethernet-phy-ieee802.3-c22", 32).End();
-    builder.Device("phy@1", "ethernet-phy-ieee802.3-c22", 1).End();
-    builder.Device("phy@1b", "ethernet-phy-ieee802.3-c45", 1).End().End();
-    Mount(builder);
-    EXPECT_EQ(NamesAt("/mdio@1"), Names{"phy@1"});
-    EXPECT_EQ(Warnings(),
-              (Names{"left out: /mdio@1/phy@20: property \"reg\" is 0x20, should be an MDIO "
-                     "address from 0x0 to 0x1f\n",
-                     "left out: /mdio@1/phy@1b: address 0x01 is already taken by "
-                     "/mdio@1/phy@1\n"}));
-}
-
 TEST_F(MountFaults, OfAnImageEndTheStartAndNameTheFile) {
     m_folder.Write("images/i2c-0/0x50.bin", std::vector<uint8_t>(255));
     EXPECT_EQ(
