@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "host/shell/printable.h"
+#include "host/printable.h"
 
 namespace {
 
@@ -56,14 +56,14 @@ std::vector<std::string> NearNames(const std::string& word, const std::vector<st
     const size_t tolerance = Tolerance(wanted);
     std::vector<std::pair<size_t, std::string>> near;
     for (const std::string& name : names) {
+        const std::string lower = LowerCase(name);
         const size_t difference =
             std::max(name.size(), wanted.size()) - std::min(name.size(), wanted.size());
-        if (difference > tolerance) {
-            continue;
-        }
-        const size_t distance = EditDistance(wanted, LowerCase(name));
+        const size_t distance = difference > tolerance ? difference : EditDistance(wanted, lower);
         if (distance <= tolerance) {
             near.emplace_back(distance, name);
+        } else if (!wanted.empty() && lower.starts_with(wanted)) {
+            near.emplace_back(tolerance + 1, name);
         }
     }
     // Among names that are equally near their order tells more than the alphabet.

@@ -46,7 +46,7 @@ class Install(unittest.TestCase):
                          r"^diagsh \(morva-diags\) \d+\.\d+\.\d+\n$")
 
     def test_it_simulates_the_default_board(self):
-        self.assertIn("i2c-0/   fsl-i2c, simulated", self.run_diagsh(*self.words, "-c", "ls"))
+        self.assertRegex(self.run_diagsh(*self.words, "-c", "ls"), "i2c-0/ +fsl-i2c, simulated")
 
     def test_the_simulated_memories_have_their_contents(self):
         self.run_diagsh(*self.words, "-c", "ls")
@@ -70,9 +70,19 @@ class Install(unittest.TestCase):
             self.assertTrue(path.is_relative_to(self.prefix), path)
 
     def test_documents_are_where_they_are_looked_for(self):
-        for name in ("man/man1/diagsh.1", "bash-completion/completions/diagsh",
-                     "morva-diags/decode.schema.json", "morva-diags/diagsh.schema.json", "morva-diags/dimm_table.rng"):
+        for name in ("man/man1/diagsh.1", "man/man1/diag_mdio_util.1",
+                     "man/man1/morva-mdio-sim.1", "bash-completion/completions/diagsh",
+                     "morva-diags/decode.schema.json", "morva-diags/diagsh.schema.json",
+                     "morva-diags/dimm_table.rng"):
             self.assertTrue((self.data / name).is_file(), name)
+
+    def test_the_simulated_driver_serves_both_programs(self):
+        switch = self.diagsh.with_name("morva-mdio-sim")
+        self.assertIn("data = 0x229\n", self.run_diagsh(
+            switch, *self.words, "-c", "mdio/init && mdio/read 1 3 2"))
+        self.assertEqual(
+            self.run_diagsh(switch, self.diagsh.with_name("diag_mdio_util"), "-r", "23", "2"),
+            "\nreg 0x0002 = 0x0229\n\n")
 
     def test_the_tables_of_memory_modules_are_where_they_are_looked_for(self):
         # With the prefix /usr the first is the one that the commands know; beside the blob

@@ -1,7 +1,7 @@
-"""The man page says of options and built-ins what diagsh says of them.
+"""The man pages say of the programs what these say of themselves.
 
-Runs with the source folder, diagsh and the default board's blob in SOURCES, DIAGSH
-and DTB.
+Runs with the source folder, the programs and the default board's blob in SOURCES, DIAGSH,
+DIAG_MDIO_UTIL, MORVA_MDIO_SIM and DTB.
 """
 
 import os
@@ -12,7 +12,8 @@ import tempfile
 import unittest
 
 DIAGSH = os.environ["DIAGSH"]
-PAGE = pathlib.Path(os.environ["SOURCES"]) / "docs" / "diagsh.1"
+DIAG_MDIO_UTIL = os.environ["DIAG_MDIO_UTIL"]
+DOCS = pathlib.Path(os.environ["SOURCES"]) / "docs"
 
 
 def run(*words, status=0):
@@ -23,9 +24,9 @@ def run(*words, status=0):
     return done.stdout + done.stderr
 
 
-def rendered():
+def rendered(page="diagsh.1"):
     """The page as plain text, wide enough for every heading to be one line."""
-    return re.sub(".\b", "", run("mandoc", "-T", "ascii", "-O", "width=200", str(PAGE)))
+    return re.sub(".\b", "", run("mandoc", "-T", "ascii", "-O", "width=200", str(DOCS / page)))
 
 
 def headings(text, start):
@@ -38,10 +39,48 @@ def section(text, title, following):
     return found.group(1)
 
 
-class ManPage(unittest.TestCase):
-    def test_it_is_well_formed(self):
-        self.assertEqual(run("mandoc", "-T", "lint", "-W", "warning", str(PAGE)), "")
+class ManPages(unittest.TestCase):
+    def test_they_are_well_formed(self):
+        pages = sorted(DOCS.glob("*.1"))
+        self.assertEqual([page.name for page in pages],
+                         ["diag_mdio_util.1", "diagsh.1", "morva-mdio-sim.1"])
+        for page in pages:
+            self.assertEqual(run("mandoc", "-T", "lint", "-W", "warning", str(page)), "")
 
+
+class DiagMdioUtil(unittest.TestCase):
+    def test_its_page_has_the_forms_of_its_usage(self):
+        usage = run(DIAG_MDIO_UTIL, status=255)
+        forms = re.findall(r"(-[a-z] (?:<hex \S+> *)+)", usage)
+        self.assertEqual(len(forms), 2)
+        synopsis = section(rendered("diag_mdio_util.1"), "SYNOPSIS", "DESCRIPTION")
+        self.assertEqual([line.strip() for line in synopsis.splitlines() if line.strip()],
+                         ["diag_mdio_util " + re.sub(r"<hex (\S+)>", r"\1", form).strip()
+                          for form in forms])
+
+    def test_its_page_has_its_messages(self):
+        simulated = (os.environ["MORVA_MDIO_SIM"], DIAG_MDIO_UTIL)
+        open_fault = ("env", "MORVA_MDIO_SIM_OPEN_ERRNO=2")
+        access_fault = ("env", "MORVA_MDIO_SIM_IOCTL_ERRNO=5")
+        page = rendered("diag_mdio_util.1")
+        for fault, *words in (((), "-r", "0", "10000"), ((), "-r", "400", "0"),
+                              ((), "-w", "0", "0", "10000"),
+                              (open_fault, "-r", "0", "0"), (open_fault, "-w", "0", "0", "0"),
+                              (access_fault, "-r", "0", "0"), (access_fault, "-w", "0", "0", "0")):
+            lines = run(*fault, *simulated, *words, status=255).splitlines()
+            self.assertEqual(len(lines), 2 if fault else 1)
+            for line in lines:
+                self.assertIn(line, page)
+
+
+class MorvaMdioSim(unittest.TestCase):
+    def test_its_page_has_the_form_of_its_usage(self):
+        usage = re.search("usage: (.*)", run(os.environ["MORVA_MDIO_SIM"], "--help")).group(1)
+        self.assertEqual(section(rendered("morva-mdio-sim.1"), "SYNOPSIS", "DESCRIPTION").strip(),
+                         usage)
+
+
+class Diagsh(unittest.TestCase):
     def test_it_has_the_options_of_help_and_no_others(self):
         summary = run(DIAGSH, "--help")
         offered = re.findall(r"^  (-\S+(?: [A-Z][\w.=]+)?)", summary, re.MULTILINE)

@@ -9,7 +9,8 @@
 #include "host/shell/builtins/builtins.h"
 #include "host/shell/builtins/help_texts.h"
 #include "host/shell/node_kind.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
+#include "host/shell/run/register_arguments.h"
 #include "host/shell/run/signature.h"
 #include "host/shell/shell.h"
 #include "host/shell/table.h"
@@ -41,7 +42,7 @@ std::string HelpOnRunnable(CDiagObj& node) {
             text += ParamLine(output);
         }
     }
-    return text;
+    return text + CRegisterArguments(node, signature).Help();
 }
 
 // Lines of `columns` at the most, all but the first behind `indent`.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/shell/printable.h"
+#include "host/printable.h"
 #include "host/shell/screen_text.h"
 
 namespace {
@@ -24,14 +24,14 @@ void ShortenToCommon(std::string& common, std::string_view name) {
 
 }  // namespace
 
-void CCandidates::Offer(std::string_view name, std::string_view mark, bool goes_on) {
+void CCandidates::Offer(std::string_view name, std::string_view mark, std::string_view link) {
     if (!name.starts_with(m_typed)) {
         return;
     }
     ++m_count;
-    m_goes_on = goes_on;
+    m_goes_on = !link.empty();
     if (m_count == 1) {
-        m_common = std::string(name) + (goes_on ? "/" : "");
+        m_common = std::string(name) + std::string(link);
     } else {
         ShortenToCommon(m_common, name);
     }

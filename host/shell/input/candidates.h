@@ -16,9 +16,9 @@ class CCandidates {
 
     const std::string& Typed() const { return m_typed; }
 
-    // Takes the name if it begins as typed. It is listed with `mark` behind it; one
-    // that `goes_on` has more to be typed behind a "/".
-    void Offer(std::string_view name, std::string_view mark = "", bool goes_on = false);
+    // Takes the name if it begins as typed. It is listed with `mark` behind it. Where
+    // more has to be typed, `link` leads on to it, as a "/" does.
+    void Offer(std::string_view name, std::string_view mark = "", std::string_view link = "");
 
     size_t Count() const { return m_count; }
     // What all of them begin with, whole characters only; if there is one, all of it.

@@ -9,9 +9,11 @@
 #include "host/shell/builtins/builtins.h"
 #include "host/shell/input/candidates.h"
 #include "host/shell/input/file_candidates.h"
+#include "host/shell/input/register_candidates.h"
 #include "host/shell/input/word_at_cursor.h"
 #include "host/shell/node_kind.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
+#include "host/shell/run/register_arguments.h"
 #include "host/shell/run/signature.h"
 #include "host/shell/shell.h"
 
@@ -137,6 +139,9 @@ class CCompleter {
         for (const std::string& word : EnumeratedWords(due.description)) {
             OfferWord(word);
         }
+        if (m_folder.empty()) {
+            OfferRegisters(m_found, CRegisterArguments(node, signature), due.name);
+        }
         // All files at once tell less than what is due.
         const bool begun = !m_folder.empty() || !m_found.Typed().empty();
         if (begun && due.type.IsText() && due.name.find("file") != std::string::npos) {
@@ -159,12 +164,12 @@ class CCompleter {
     void OfferNodes(bool (*wanted)(const CDiagObj&)) {
         const CDiagObj& folder = m_folder.empty() ? m_shell.Current() : m_shell.NodeAt(m_folder);
         if (m_found.Typed() == "..") {
-            m_found.Offer("..", "/", true);
+            m_found.Offer("..", "/", "/");
         }
         for (const CDiagObj* child : folder.GetChildren()) {
             const bool container = IsContainer(*child);
             if (container || wanted(*child)) {
-                m_found.Offer(child->GetName(), TypeMark(*child), container);
+                m_found.Offer(child->GetName(), TypeMark(*child), container ? "/" : "");
             }
         }
     }

@@ -20,7 +20,7 @@ void OfferFiles(CCandidates& candidates, const std::string& folder) {
     }
     std::sort(entries.begin(), entries.end());
     for (const auto& entry : entries) {
-        const bool is_folder = entry.is_directory(error);
-        candidates.Offer(entry.path().filename().string(), is_folder ? "/" : "", is_folder);
+        const char* mark = entry.is_directory(error) ? "/" : "";
+        candidates.Offer(entry.path().filename().string(), mark, mark);
     }
 }

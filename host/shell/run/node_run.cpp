@@ -4,12 +4,14 @@
 #include <utility>
 
 #include "framework/diag_exception.h"
+#include "framework/diag_log_word.h"
 #include "framework/diag_test_base.h"
 #include "framework/long_work.h"
 #include "host/device_lock.h"
 #include "host/diag_tree.h"
 #include "host/shell/node_kind.h"
-#include "host/shell/printable.h"
+#include "host/printable.h"
+#include "host/shell/run/register_arguments.h"
 #include "host/shell/run/request.h"
 #include "host/shell/run/run_recorder.h"
 #include "host/shell/usage_error.h"
@@ -40,7 +42,7 @@ CNodeRun::CNodeRun(CDiagObj& node, const std::vector<std::string>& arguments, st
       m_request(RequestFor(node), node.GetId()),
       m_title(PathOf(node)) {
     try {
-        m_signature.Pack(m_request, arguments);
+        m_signature.Pack(m_request, CRegisterArguments(node, m_signature).AsBits(arguments));
     } catch (const CUsageError& e) {
         throw CUsageError(PathOf(node) + ": " + e.what() + "\nusage: " + node.GetName() +
                           (m_signature.Synopsis().empty() ? "" : " " + m_signature.Synopsis()));
@@ -103,6 +105,9 @@ EResCode CNodeRun::Perform(CTerminal& terminal, CRunRecorder& recorder) {
     }
     CReply reply(m_node, m_request);
     CRunRecorder::NoteCode(reply.Code());
+    if (reply.Status() != EXIT_PASSED) {
+        TellNearRegisters();
+    }
     terminal.EndLine();
     PrintOutputs(terminal, recorder, reply);
     return reply.Code();
@@ -125,6 +130,13 @@ void CNodeRun::PrintError(CTerminal& terminal, const std::string& name,
                           const std::string& text) const {
     CRunRecorder::NoteError(name + ": " + text);
     terminal.WriteError((m_origin.empty() ? "" : m_origin + ": ") + name + ": " + text + "\n");
+}
+
+void CNodeRun::TellNearRegisters() const {
+    const std::string near = CRegisterArguments(m_node, m_signature).NearRegisters(m_arguments);
+    if (!near.empty()) {
+        m_node.SendLog(LW_ERR_SW, "%s\n", near.c_str());
+    }
 }
 
 void CNodeRun::PrintOutputs(CTerminal& terminal, CRunRecorder& recorder, CReply& reply) const {

@@ -46,6 +46,8 @@ class CNodeRun {
   private:
     class CAsked;
 
+    // Which registers the operator may have meant, where the arguments name none.
+    void TellNearRegisters() const;
     void PrintOutputs(CTerminal& terminal, CRunRecorder& recorder, CReply& reply) const;
 
     CDiagMenu& m_node;

@@ -19,8 +19,8 @@ TEST(Candidates, AreThoseThatBeginAsTyped) {
 
 TEST(Candidates, HaveTheirBeginningInCommon) {
     CCandidates candidates("");
-    candidates.Offer("pca9547-0", "/", true);
-    candidates.Offer("pca9548-0", "/", true);
+    candidates.Offer("pca9547-0", "/", "/");
+    candidates.Offer("pca9548-0", "/", "/");
     EXPECT_EQ(candidates.Common(), "pca954");
     EXPECT_FALSE(candidates.EndsWord());
     candidates.Offer("pca");
@@ -43,9 +43,14 @@ TEST(Candidates, EndTheirWordWhenThereIsOneThatDoesNotGoOn) {
     EXPECT_EQ(command.Common(), "probe");
     EXPECT_TRUE(command.EndsWord());
     CCandidates menu("i2c");
-    menu.Offer("i2c-0", "/", true);
+    menu.Offer("i2c-0", "/", "/");
     EXPECT_EQ(menu.Common(), "i2c-0/");
     EXPECT_FALSE(menu.EndsWord());
+    CCandidates array("ct");
+    array.Offer("ctrl", "[0..3]", "[");
+    EXPECT_EQ(array.Common(), "ctrl[");
+    EXPECT_FALSE(array.EndsWord());
+    EXPECT_THAT(array.TakeListed(), ElementsAre("ctrl[0..3]"));
 }
 
 TEST(Candidates, AreCountedBeyondThoseListed) {

@@ -30,6 +30,13 @@ TEST(NearNames, AreTheSameInUpperCase) {
     EXPECT_THAT(NearNames("ctrl", {"CTRL", "CTRL2"}), ElementsAre("CTRL", "CTRL2"));
 }
 
+TEST(NearNames, MayBeginWithTheWord) {
+    EXPECT_THAT(NearNames("set", NAMES), ElementsAre("set-sw-mode"));
+    EXPECT_THAT(NearNames("T", {"temp", "conf", "tlow"}), ElementsAre("temp", "tlow"));
+    EXPECT_THAT(NearNames("cha", {"channel", "chan"}), ElementsAre("chan", "channel"));
+    EXPECT_THAT(NearNames("probes-all", NAMES), IsEmpty());
+}
+
 TEST(NearNames, AreFewAndTheNearestFirst) {
     EXPECT_THAT(NearNames("channel", {"chanel0", "channel0", "channel1", "channel2", "channel0"}),
                 ElementsAre("channel0", "channel1", "channel2"));
