@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <numeric>
@@ -10,12 +11,13 @@
 #include <vector>
 
 #include "decode/big_endian.h"
+#include "decode/decode_sfp.h"
 #include "decode/decode_sfp_a2h.h"
 #include "decode/field_text.h"
 
 namespace {
 
-constexpr size_t A2H_AT = 256;
+constexpr size_t A2H_AT = SFP_PAGE_SIZE;
 
 // Of the diagnostic monitoring type.
 constexpr uint8_t IMPLEMENTED = 0x40;
@@ -248,6 +250,11 @@ constexpr CFieldDecoder<CDiagnostics> FIELDS[] = {
 
 }  // namespace
 
+bool HasSfpDiagnostics(std::span<const uint8_t> image) {
+    const uint8_t type = image[offsetof(sfp_serial_id_t, Diagnostic_Monitoring_Type)];
+    return (type & (IMPLEMENTED | ADDRESS_CHANGE)) == IMPLEMENTED;
+}
+
 void DecodeSfpDiagnostics(const sfp_serial_id_t& id, std::span<const uint8_t> image,
                           CDecodedRecord& decoded) {
     const auto tell = [&decoded](std::string_view why) {
@@ -255,7 +262,7 @@ void DecodeSfpDiagnostics(const sfp_serial_id_t& id, std::span<const uint8_t> im
     };
     if ((id.Diagnostic_Monitoring_Type & IMPLEMENTED) == 0) {
         tell("none");
-    } else if ((id.Diagnostic_Monitoring_Type & ADDRESS_CHANGE) != 0) {
+    } else if (!HasSfpDiagnostics(image)) {
         tell("not decoded: the module changes its address to show them");
     } else if (image.size() < A2H_AT + sizeof(sfp_diagnostics_t)) {
         tell("not read: the 256 bytes of address A2h are missing");

@@ -18,9 +18,9 @@ class CDiagRegisterDevice : public CDiagDevice {
     // Prints the entries whose names match `pattern` (see dumpRegs), without reading any register.
     virtual void showRegTable(std::string pattern);
     // Logs the value of every register whose name matches: all for an empty
-    // pattern, by shell wildcards if it has any, else by the beginning of the
-    // name. Registers that change when read, or cannot be, are only read when
-    // named in full. False when no register matches or a read fails.
+    // pattern, one element for NAME[INDEX], else by shell wildcards if it has any
+    // or by the beginning of the name. Registers that change when read, or cannot
+    // be, are only read when named in full. False when no register matches or a read fails.
     virtual bool dumpRegs(uint32_t logword, std::string pattern);
     // One element of a register; board code supplies both. Several threads may be in
     // them at once.
@@ -35,7 +35,8 @@ class CDiagRegisterDevice : public CDiagDevice {
     // The entry of that name, or null.
     diag_reg_st* getRegEntry(std::string name);
     // Reads an element, sets or clears `bits` in it and writes it back. Refused, before
-    // it is read, of a register that cannot be written or whose reading has effects.
+    // it is read, of a register that cannot be written, whose reading has effects, in
+    // which a one that is written back has effects, or whose type these bits do not fit.
     bool SetClrBits(const uint64_t& bits, diag_reg_st* reg, unsigned int index, bool set);
 
   private:

@@ -7,8 +7,8 @@
 
 #include "decode/decoders.h"
 #include "host/image_file.h"
-#include "host/shell/near_names.h"
 #include "host/printable.h"
+#include "host/shell/near_names.h"
 #include "host/shell/usage_error.h"
 
 namespace {

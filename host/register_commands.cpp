@@ -1,7 +1,6 @@
 #include "host/register_commands.h"
 
 #include <algorithm>
-#include <bit>
 #include <string>
 
 #include "framework/diag_command.h"
@@ -9,7 +8,6 @@
 #include "framework/diag_functions.h"
 #include "framework/diag_param.h"
 #include "framework/diag_register_device.h"
-#include "host/integer_type.h"
 #include "host/register_names.h"
 
 namespace {
@@ -80,11 +78,6 @@ class CRegisterCmd : public CDiagFunc {
             return false;
         }
         return true;
-    }
-
-    void TellUnfit(const CRegName& found, uint64_t arg) const {
-        SendLog(LW_WARN, "%s does not fit register %s\n", toString(arg, VF_HEX).c_str(),
-                found.reg->name);
     }
 
     CDiagRegisterDevice& m_device;
@@ -162,7 +155,7 @@ class CPokeRegCmd : public CRegisterCmd {
         if (reg_data_from_arg(&data, found.reg->dtype, arg)) {
             return true;
         }
-        TellUnfit(found, arg);
+        TellUnfit(*this, *found.reg, arg);
         return false;
     }
 };
@@ -182,22 +175,11 @@ class CSetClrRegCmd : public CRegisterCmd {
         uint64_t mask = 0;
         in >> name >> mask;
         CRegName found;
-        AnswerResult(out, FindElement(found, name) && Has(found, mask) &&
+        AnswerResult(out, FindElement(found, name) &&
                               m_device.SetClrBits(mask, found.reg, found.index, m_set));
     }
 
   private:
-    // Whether the register has these bits; the sign is one.
-    bool Has(const CRegName& found, uint64_t bits) const {
-        const EValueType type = found.reg->dtype;
-        if (IsIntegerType(type) &&
-            static_cast<unsigned int>(std::bit_width(bits)) <= BitsOfType(type)) {
-            return true;
-        }
-        TellUnfit(found, bits);
-        return false;
-    }
-
     const bool m_set;
 };
 
@@ -217,7 +199,7 @@ class CListRegsCmd : public CRegisterCmd {
             in >> pattern;
         }
         const auto matches = [&pattern](const diag_reg_st& reg) {
-            return MatchRegister(pattern, reg) != EMatch::NONE;
+            return MatchRegister(pattern, reg).match != EMatch::NONE;
         };
         bool ok = pattern.empty() || std::ranges::any_of(m_device.Registers(), matches);
         if (!ok) {

@@ -3,15 +3,9 @@
 #include <memory>
 
 #include "boards/chips/decode_cmd.h"
+#include "decode/decode_sfp.h"
 
 namespace {
-
-// Of each of the two addresses.
-constexpr size_t PAGE = 256;
-
-// Diagnostic Monitoring Type: they are implemented, and have an address of their own.
-constexpr uint8_t IMPLEMENTED = 0x40;
-constexpr uint8_t ADDRESS_CHANGE = 0x04;
 
 class CDecodeSfpCmd : public CDecodeCmd {
   public:
@@ -24,24 +18,19 @@ class CDecodeSfpCmd : public CDecodeCmd {
         if (!CDecodeCmd::ReadImage(image)) {
             return false;
         }
-        if (!HasDiagnostics(image)) {
+        if (!HasSfpDiagnostics(image)) {
             return true;
         }
-        std::vector<byte_t> diagnostics(PAGE);
-        if (!m_diagnostics.ReadMemory(0, diagnostics.data(), PAGE)) {
+        std::vector<byte_t> diagnostics(SFP_PAGE_SIZE);
+        if (!m_diagnostics.ReadMemory(0, diagnostics.data(), SFP_PAGE_SIZE)) {
             return false;
         }
-        image.resize(PAGE);
+        image.resize(SFP_PAGE_SIZE);
         image.insert(image.end(), diagnostics.begin(), diagnostics.end());
         return true;
     }
 
   private:
-    static bool HasDiagnostics(const std::vector<byte_t>& image) {
-        const uint8_t type = image[offsetof(sfp_serial_id_t, Diagnostic_Monitoring_Type)];
-        return (type & (IMPLEMENTED | ADDRESS_CHANGE)) == IMPLEMENTED;
-    }
-
     CDiagI2cEepromDevice& m_diagnostics;
 };
 

@@ -29,10 +29,10 @@ class CBoardMount {
     CBoardMount(const CDeviceTree& tree, const std::filesystem::path& folder,
                 const std::filesystem::path& state)
         : m_tree(tree),
-          m_state(state),
           m_root(std::make_unique<CDiagMenu>(TMENU, "board", Model(tree.Root()))),
           m_sim(std::make_unique<CSimDevice>()),
           m_i2c(tree, m_names, *m_sim, folder, state),
+          m_io(m_names, *m_sim, state),
           m_mdio(*m_root, m_names) {
         m_names.Below(*m_root).Take(m_sim->GetName());
     }
@@ -81,7 +81,7 @@ class CBoardMount {
                 m_i2c.MountBus(node, match, menu);
                 break;
             case EBindingKind::IO_PORTS:
-                MountIoPorts(node, match, menu, m_names, *m_sim, m_state);
+                m_io.MountPorts(node, match, menu);
                 break;
             case EBindingKind::MDIO_BUS:
                 m_mdio.MountBus(node, match);
@@ -103,11 +103,11 @@ class CBoardMount {
     }
 
     const CDeviceTree& m_tree;
-    const std::filesystem::path m_state;
     CTreeNames m_names;
     std::unique_ptr<CDiagMenu> m_root;
     std::unique_ptr<CSimDevice> m_sim;
     CI2cMount m_i2c;
+    CIoMount m_io;
     CMdioMount m_mdio;
     std::vector<std::pair<const CDeviceTreeNode*, CMatch>> m_modules;
 };

@@ -7,7 +7,7 @@
 #include "framework/diag_functions.h"
 
 CDeviceRequest::CDeviceRequest(const CDeviceTreeNode& of_node, std::string compatible_text,
-                               std::optional<uint32_t> bus_addr, CSiblingNames& sibling_names)
+                               std::optional<uint64_t> bus_addr, CSiblingNames& sibling_names)
     : node(of_node),
       compatible(std::move(compatible_text)),
       addr(bus_addr),

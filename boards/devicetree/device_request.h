@@ -14,7 +14,7 @@
 struct CDeviceRequest {
     // Reads the node's label: throws CDiagException when that is no text.
     CDeviceRequest(const CDeviceTreeNode& of_node, std::string compatible_text,
-                   std::optional<uint32_t> bus_addr, CSiblingNames& sibling_names);
+                   std::optional<uint64_t> bus_addr, CSiblingNames& sibling_names);
 
     // The name of the one node that will stand for the device.
     std::string TakeName() const { return names.TakeUnique(wanted); }
@@ -23,7 +23,7 @@ struct CDeviceRequest {
 
     const CDeviceTreeNode& node;
     const std::string compatible;        // the one that was matched, else the first; may be empty
-    const std::optional<uint32_t> addr;  // on its bus
+    const std::optional<uint64_t> addr;  // on its bus
     const std::string wanted;            // the name that it asks for
     CSiblingNames& names;                // those that are taken where it will stand
     const CI2cWire* wire = nullptr;      // what a device on I2C hangs on

@@ -10,13 +10,14 @@
 #include "boards/devicetree/printable_text.h"
 #include "boards/devicetree/property_reader.h"
 #include "boards/sim/sim_at24.h"
+#include "decode/decode_mfg.h"
+#include "decode/decode_spd.h"
 #include "framework/diag_exception.h"
 
 namespace {
 
 constexpr uint32_t MIN_SIZE = 16;
-constexpr uint32_t SPD_SIZE = 256;
-constexpr uint32_t MIN_MFG_SIZE = 128;  // the record has 96 bytes
+constexpr uint32_t MIN_MFG_SIZE = std::bit_ceil(uint32_t{MFG_SIZE});
 constexpr const char* BOARD_PART = "24c64";
 constexpr uint32_t MAX_PAGE = 256;
 constexpr uint32_t MAX_ADDRESSES = 8;  // three address pins

@@ -12,6 +12,7 @@
 #include "boards/chips/mux_chip.h"
 #include "boards/chips/port_expander.h"
 #include "boards/chips/register_chip.h"
+#include "boards/devicetree/line_names.h"
 #include "boards/devicetree/node_name.h"
 #include "boards/devicetree/part_name.h"
 #include "boards/devicetree/plain_node.h"
@@ -82,7 +83,7 @@ std::unique_ptr<CDiagMenu> CreateDecodedEeprom(const CDeviceRequest& request,
 }
 
 template <class Chip>
-std::unique_ptr<CDiagMenu> CreateRegisters(const CDeviceRequest& request) {
+std::unique_ptr<Chip> CreateRegisters(const CDeviceRequest& request) {
     const register_part_t* part = FindRegisterPart(PartName(request.compatible));
     if (part == nullptr) {
         throw CDiagException("%s: there is no register chip \"%s\"", request.node.Path().c_str(),
@@ -90,6 +91,13 @@ std::unique_ptr<CDiagMenu> CreateRegisters(const CDeviceRequest& request) {
     }
     return std::make_unique<Chip>(*part, request.TakeName(), request.Text() + ": " + part->what,
                                   request.wire->Place(AddrOf(request)));
+}
+
+template <class Chip>
+std::unique_ptr<CDiagMenu> CreateExpander(const CDeviceRequest& request) {
+    auto chip = CreateRegisters<Chip>(request);
+    AddLineNames(*chip, request.node, chip->getRegEntry("input")->num_regs);
+    return chip;
 }
 
 }  // namespace
@@ -148,11 +156,11 @@ std::unique_ptr<CDiagMenu> CreateRegisterNode(const CDeviceRequest& request) {
 }
 
 std::unique_ptr<CDiagMenu> CreateExpanderNode(const CDeviceRequest& request) {
-    return CreateRegisters<CPortExpander>(request);
+    return CreateExpander<CPortExpander>(request);
 }
 
 std::unique_ptr<CDiagMenu> CreateQuasiExpanderNode(const CDeviceRequest& request) {
-    return CreateRegisters<CQuasiPortExpander>(request);
+    return CreateExpander<CQuasiPortExpander>(request);
 }
 
 std::unique_ptr<CDiagMenu> CreateUnknownSlave(const CDeviceRequest& request) {

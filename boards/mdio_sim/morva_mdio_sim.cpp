@@ -3,8 +3,10 @@
 // when it ends.
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -33,6 +35,22 @@ std::runtime_error SystemError(const std::string& what) {
     return std::runtime_error(what + ": " + std::strerror(errno));
 }
 
+// Scripts open the low numbers and shells take those up to 255 for their own: what COMMAND
+// has to keep open lies above, as far as its limit allows.
+int KeepOutOfTheWay(int fd) {
+    constexpr rlim_t OUT_OF_THE_WAY = 512;
+    rlimit limit = {};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        return -1;
+    }
+    const int kept =
+        ::fcntl(fd, F_DUPFD, static_cast<int>(std::min(OUT_OF_THE_WAY, limit.rlim_cur / 2)));
+    const int error = errno;
+    ::close(fd);
+    errno = error;
+    return kept;
+}
+
 // A name of a descriptor that serves all processes while this one keeps it open: as this
 // one becomes COMMAND, for as long as that runs.
 std::string NameOf(int fd) {
@@ -47,15 +65,20 @@ std::string Object() {
 }
 
 void Preload(const std::string& object) {
-    const int fd = ::open(object.c_str(), O_RDONLY);  // stays open for COMMAND
+    int fd = ::open(object.c_str(), O_RDONLY);
     if (fd < 0) {
         throw SystemError("cannot preload " + object);
     }
     // The loader takes blanks and colons to separate names.
-    const bool is_one_name = object.find_first_of(" \t\n:") == std::string::npos;
-    std::string objects = is_one_name ? object : NameOf(fd);
-    if (is_one_name) {
+    std::string objects = object;
+    if (object.find_first_of(" \t\n:") == std::string::npos) {
         ::close(fd);
+    } else {
+        fd = KeepOutOfTheWay(fd);
+        if (fd < 0) {
+            throw SystemError("cannot preload " + object);
+        }
+        objects = NameOf(fd);
     }
     if (const char* others = std::getenv("LD_PRELOAD")) {
         objects += std::string(":") + others;
@@ -64,7 +87,8 @@ void Preload(const std::string& object) {
 }
 
 void CreateBus() {
-    const int fd = ::memfd_create(BUS_NAME, 0);  // stays open for COMMAND
+    int fd = ::memfd_create(BUS_NAME, 0);
+    fd = fd < 0 ? fd : KeepOutOfTheWay(fd);
     if (fd < 0 || ::ftruncate(fd, sizeof(CPhyBus)) != 0) {
         throw SystemError("cannot make the simulated bus");
     }
@@ -77,12 +101,12 @@ void CreateBus() {
     ::setenv(BUS_VARIABLE, NameOf(fd).c_str(), 1);
 }
 
-void CheckFault(const char* variable) {
-    if (!FaultFrom(variable)) {
-        throw std::runtime_error(std::string(variable) + " is '" + std::getenv(variable) +
-                                 "', should be an error number from 1 to " +
-                                 std::to_string(LAST_ERRNO));
+bool IsFaultRight(const char* variable) {
+    const bool right = FaultFrom(variable).has_value();
+    if (!right) {
+        TellWrongFault(variable);
     }
+    return right;
 }
 
 int Run(int argc, char** argv) {
@@ -91,17 +115,20 @@ int Run(int argc, char** argv) {
         std::fputs(USAGE, stdout);
         return 0;
     }
-    if (first.empty() || first.front() == '-') {
+    const bool is_option = !first.empty() && first.front() == '-';
+    char** command = argv + (first == "--" ? 2 : 1);
+    if ((is_option && first != "--") || *command == nullptr || **command == '\0') {
         std::fputs(USAGE, stderr);
         return FAILED;
     }
-    CheckFault(OPEN_FAULT_VARIABLE);
-    CheckFault(ACCESS_FAULT_VARIABLE);
+    if (!IsFaultRight(OPEN_FAULT_VARIABLE) || !IsFaultRight(ACCESS_FAULT_VARIABLE)) {
+        return FAILED;
+    }
     CreateBus();
     Preload(Object());
-    ::execvp(argv[1], argv + 1);
+    ::execvp(*command, command);
     const int error = errno;
-    std::fprintf(stderr, "morva-mdio-sim: cannot run %s: %s\n", argv[1], std::strerror(error));
+    std::fprintf(stderr, "morva-mdio-sim: cannot run %s: %s\n", *command, std::strerror(error));
     return error == ENOENT ? NOT_FOUND : CANNOT_BE_RUN;
 }
 

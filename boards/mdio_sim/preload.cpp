@@ -20,6 +20,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 #include "boards/mdio_sim/phy_bus.h"
@@ -77,8 +78,18 @@ bool IsDriver(const char* path) {
     return path != nullptr && std::strcmp(path, DRIVER) == 0;
 }
 
+// The error number with which it is to fail, or 0. A wrong one, set after the switch has
+// looked, must not pass for none.
+int FaultOf(const char* variable) {
+    const std::optional<int> fault = FaultFrom(variable);
+    if (!fault) {
+        TellWrongFault(variable);
+    }
+    return fault.value_or(EINVAL);
+}
+
 int OpenDriver(int flags) {
-    if (const int fault = FaultFrom(OPEN_FAULT_VARIABLE).value_or(0)) {
+    if (const int fault = FaultOf(OPEN_FAULT_VARIABLE)) {
         return Fail(fault);
     }
     const char* bus = std::getenv(BUS_VARIABLE);
@@ -101,7 +112,7 @@ bool IsDescriptorOfDriver(int fd) {
 }
 
 int Access(int fd, unsigned long request, mii_ioctl_data* record) {
-    if (const int fault = FaultFrom(ACCESS_FAULT_VARIABLE).value_or(0)) {
+    if (const int fault = FaultOf(ACCESS_FAULT_VARIABLE)) {
         return Fail(fault);
     }
     if (record == nullptr) {

@@ -1,6 +1,7 @@
 #include "boards/mdio_sim/sim_environment.h"
 
 #include <cctype>
+#include <cstdio>
 #include <cstdlib>
 
 std::optional<int> FaultFrom(const char* variable) {
@@ -15,4 +16,9 @@ std::optional<int> FaultFrom(const char* variable) {
         return std::nullopt;
     }
     return static_cast<int>(number);
+}
+
+void TellWrongFault(const char* variable) {
+    std::fprintf(stderr, "morva-mdio-sim: %s is '%s', should be an error number from 1 to %d\n",
+                 variable, std::getenv(variable), LAST_ERRNO);
 }

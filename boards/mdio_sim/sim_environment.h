@@ -16,3 +16,5 @@ inline constexpr int LAST_ERRNO = 4095;
 
 // The error number of a fault, 0 without the fault; nothing when the text is no such number.
 std::optional<int> FaultFrom(const char* variable);
+// Says on standard error what is wrong with that text, and what would be right.
+void TellWrongFault(const char* variable);

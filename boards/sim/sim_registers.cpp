@@ -65,6 +65,7 @@ bool CSimRegisters::WriteByte(uint8_t value) {
         const unsigned int kept = m_values[at] & ~unsigned{reg.writable};
         m_values[at] = static_cast<uint16_t>((kept & (~unsigned{reg.clearable} | m_shift)) |
                                              (m_shift & reg.writable));
+        HaveWritten(reg.pointer);
         Advance();
     }
     return true;
@@ -83,6 +84,7 @@ uint8_t CSimRegisters::ReadByte() {
         if (reg.clears) {
             m_values[at] = 0;
         }
+        HaveRead(reg.pointer);
     }
     const auto value = static_cast<uint8_t>(m_shift >> 8 * (reg.bytes - 1 - m_byte));
     if (++m_byte == reg.bytes) {

@@ -76,6 +76,9 @@ class CSimRegisters : public ISimChip {
 
     // Brings the registers up to date before they are read or written.
     virtual void Refresh() {}
+    // What a read of the register at that pointer does besides, and what a whole write.
+    virtual void HaveRead(uint8_t) {}
+    virtual void HaveWritten(uint8_t) {}
     virtual uint16_t Seen(const sim_outside_t& what) const;
     virtual void Give(const sim_outside_t& what, uint16_t value);
 

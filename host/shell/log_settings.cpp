@@ -2,8 +2,8 @@
 
 #include "host/log_filter.h"
 #include "host/log_types.h"
-#include "host/shell/number.h"
 #include "host/printable.h"
+#include "host/shell/number.h"
 #include "host/shell/usage_error.h"
 
 namespace {

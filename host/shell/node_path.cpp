@@ -4,9 +4,9 @@
 
 #include "framework/diag_obj.h"
 #include "host/diag_tree.h"
+#include "host/printable.h"
 #include "host/shell/near_names.h"
 #include "host/shell/node_kind.h"
-#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

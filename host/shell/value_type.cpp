@@ -5,8 +5,8 @@
 
 #include "framework/diag_functions.h"
 #include "host/integer_type.h"
-#include "host/shell/number.h"
 #include "host/printable.h"
+#include "host/shell/number.h"
 #include "host/shell/usage_error.h"
 
 namespace {

@@ -9,6 +9,7 @@ import os
 import pathlib
 import subprocess
 import tempfile
+import time
 import unittest
 
 import pexpect
@@ -65,10 +66,10 @@ class Process(unittest.TestCase):
     def wait_until_idle(self, child):
         """Waits until the child sleeps, so that it waits for a key."""
         stat = pathlib.Path(f"/proc/{child.pid}/stat")
-        for _ in range(10_000):
-            if stat.read_text().rsplit(")", 1)[1].split()[0] == "S":
-                return
-        self.fail("the child does not come to rest")
+        deadline = time.monotonic() + 20
+        while stat.read_text().rsplit(")", 1)[1].split()[0] != "S":
+            self.assertLess(time.monotonic(), deadline, "the child does not come to rest")
+            time.sleep(0.001)
 
 
 class OnQuillbank(Process):

@@ -77,6 +77,7 @@ class OnSimulatedDriver(OnQuillbank):
             status, output, _ = self.run_diagsh("-c", f"mdio/init && {line}")
             self.assertEqual(status, 1)
             self.assertIn("System error: error 110(Connection timed out)", output)
+            self.assertNotRegex(output, r"(?m)^data = \w+$")
 
     def test_a_driver_that_does_not_open_leaves_the_bus_closed(self):
         self.environment["MORVA_MDIO_SIM_OPEN_ERRNO"] = "13"

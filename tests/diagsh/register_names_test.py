@@ -72,6 +72,13 @@ class RegisterNames(OnQuillbank):
                  if line["type"] == "error"]
         self.assertEqual(texts, ["No register named tmep", "did you mean temp?"])
 
+    def test_that_a_pattern_names_are_not_asked_for_when_the_bus_fails(self):
+        status, out, _ = self.run_diagsh("--keep-going", "-c", "/sim/nack i2c-0 0x48",
+                                         "-c", f"{TEMP}/regpeek t")
+        self.assertEqual(status, 1)
+        self.assertIn("temp             ???\n", out)
+        self.assertTrue(out.endswith("No register named t\n"), out)
+
     def test_that_are_far_are_not_asked_for(self):
         status, out, _ = self.run_diagsh("-c", f"{TEMP}/regpeek voltage")
         self.assertEqual((status, out), (1, "No register named voltage\n"))

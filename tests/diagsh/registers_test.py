@@ -13,6 +13,7 @@ from diagsh_process import OnQuillbank  # noqa: E402
 
 TEMP = "/i2c-0/pca9547-0/ch1/pca9548-0/ch5/temp-dimm"
 OUTSIDE = "/sim/i2c-0.pca9547-0.ch1.pca9548-0.ch5.temp-dimm"
+GPIO_DIMM = "/i2c-0/pca9547-0/ch1/pca9548-0/ch6/gpio-dimm"
 CPLD = "/i2c-0/cpld"
 GPIO = "/i2c-1/gpio-cages"
 
@@ -67,6 +68,19 @@ class Registers(OnQuillbank):
                            f"{GPIO}/regpeek output", "peek /sim/i2c-1.gpio-cages/pins",
                            f"{GPIO}/read-port 1")
 
+    def test_an_expander_behind_two_switches_is_reached_by_name_and_index(self):
+        self.assert_prints("regvalue = 0xff\nregvalue = 0x01\nregvalue = 0xff 0xfa\n"
+                           "port = 251\npins = 0xfbff\n",
+                           f"{GPIO_DIMM}/regpeek output[1]", f"{GPIO_DIMM}/regpoke config[1] 0",
+                           f"{GPIO_DIMM}/regset config[1] 1", f"{GPIO_DIMM}/regpeek config[1]",
+                           f"{GPIO_DIMM}/write-port 1 0x0a 0x0f", f"{GPIO_DIMM}/regpeek output",
+                           f"{GPIO_DIMM}/read-port 1",
+                           "peek /sim/i2c-0.pca9547-0.ch1.pca9548-0.ch6.gpio-dimm/pins")
+
+    def test_an_expander_tells_the_names_of_its_pins(self):
+        self.assert_prints("lines-1 = 0 dimm0-power-en, 1 dimm1-power-en, 2 dimm-led-fault, "
+                           "3 dimm-led-ok\n", f"peek {GPIO_DIMM}/lines-1")
+
     def test_a_pin_that_is_pulled_low_outside_reads_low(self):
         self.assert_prints("port = 253\n", "poke /sim/i2c-1.gpio-cages/pins 0xfffd",
                            f"{GPIO}/read-port 0")
@@ -84,6 +98,27 @@ class Registers(OnQuillbank):
                            "/io-local/read-port 2")
         self.assertEqual((self.state / "io-ports/0xf00000.bin").read_bytes(),
                          b"\xff\xff\xf5\xff")
+
+    def test_bits_that_a_register_does_not_have_are_refused(self):
+        for command in (f"{CPLD}/regset lane[0] 0x10000", f"{CPLD}/regclr lane[0] 0x10000",
+                        "/i2c-0/temp-cpu/regset offset 0xffffffffffffff00"):
+            with self.subTest(command):
+                path, name, mask = command.split()
+                self.assertEqual(self.run_commands(command),
+                                 (1, f"{mask} does not fit register {name.split('[')[0]}\n",
+                                  f"{path}: failed (ERR_FAIL)\n"))
+
+    def test_an_element_is_dumped_and_found_in_the_table_by_its_index(self):
+        self.assert_prints("lane[1]          0x0208\n", f"{CPLD}/regdump lane[1]")
+        status, out, err = self.run_commands(f"{CPLD}/regtable lane[0]")
+        self.assertEqual((status, err), (0, ""))
+        self.assertEqual([line.split()[0] for line in out.splitlines()], ["register", "lane"])
+
+    def test_a_peek_fails_when_the_path_stays_open(self):
+        status, out, err = self.run_commands("/sim/fail-nth i2c-0 5", f"{TEMP}/regpeek conf")
+        self.assertEqual((status, err), (1, f"{TEMP}/regpeek: failed (ERR_FAIL)\n"))
+        self.assertIn("  Error when disabling I2C path!\n", out)
+        self.assertTrue(out.endswith("regvalue = 0x00 (failed)\n"), out)
 
     def test_what_a_register_does_not_allow_is_refused(self):
         for command, why in ((f"{CPLD}/regpoke id 1", "register id cannot be written"),

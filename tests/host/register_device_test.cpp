@@ -5,6 +5,7 @@
 #include "framework/diag_param.h"
 #include "tests/host/register_device.h"
 #include "tests/support/bytes.h"
+#include "tests/support/log_capture.h"
 
 namespace {
 
@@ -149,6 +150,17 @@ TEST_F(RegisterDevice, SetsAndClearsNothingItShouldNot) {
     EXPECT_THAT(m_device.m_writes, IsEmpty());
 }
 
+TEST_F(RegisterDevice, SetsNoBitWhereOnesThatAreWrittenBackHaveEffects) {
+    for (const diag_regacc_et access : {DIAG_REGACC_W1C, DIAG_REGACC_W1T}) {
+        m_regs[2].access = access;
+        EXPECT_EQ(Call("regset", "mode", 1).Code(), MSG_ERR_FAIL);
+        EXPECT_EQ(Call("regclr", "mode", 1).Code(), MSG_ERR_FAIL);
+    }
+    EXPECT_THAT(m_device.m_reads, IsEmpty());
+    m_regs[2].access = DIAG_REGACC_W1S;
+    EXPECT_EQ(Call("regset", "mode", 1).Code(), MSG_SUCCESS);
+}
+
 TEST_F(RegisterDevice, WritesNothingWhenABitCannotBeReadFirst) {
     m_device.m_fail_read = "mode";
     EXPECT_EQ(Call("regset", "mode", 1).Code(), MSG_ERR_FAIL);
@@ -176,6 +188,40 @@ TEST_F(RegisterDevice, SetsAndClearsNoBitsBehindTheEndOfAnArray) {
     EXPECT_FALSE(m_device.SetClrBits(1, &m_regs[2], 1, false));
     EXPECT_THAT(m_device.m_reads, IsEmpty());
     EXPECT_THAT(m_device.m_writes, IsEmpty());
+}
+
+TEST_F(RegisterDevice, SetsAndClearsNoBitsThatARegisterDoesNotHave) {
+    const CLogCapture log;
+    for (const bool set : {true, false}) {
+        EXPECT_FALSE(m_device.SetClrBits(0x10000, &m_regs[0], 3, set));
+        EXPECT_FALSE(m_device.SetClrBits(0x8000000000000001, &m_regs[2], 0, set));
+    }
+    EXPECT_THAT(log.Texts(LW_WARN), ElementsAre("0x10000 does not fit register ctrl\n",
+                                                "0x8000000000000001 does not fit register mode\n",
+                                                "0x10000 does not fit register ctrl\n",
+                                                "0x8000000000000001 does not fit register mode\n"));
+    EXPECT_THAT(m_device.m_reads, IsEmpty());
+    EXPECT_THAT(m_device.m_writes, IsEmpty());
+}
+
+TEST_F(RegisterDevice, TakesTheSignOfASignedRegisterForABit) {
+    m_regs[2].dtype = VT_INT8;
+    m_device.m_data["mode"] = 1;
+    EXPECT_TRUE(m_device.SetClrBits(0x80, &m_regs[2], 0, true));
+    EXPECT_EQ(m_device.m_data["mode"], 0x81U);
+    EXPECT_TRUE(m_device.SetClrBits(0xFFFFFFFFFFFFFF82, &m_regs[2], 0, true));
+    EXPECT_EQ(m_device.m_data["mode"], 0x83U);
+    EXPECT_TRUE(m_device.SetClrBits(UINT64_MAX, &m_regs[2], 0, false));
+    EXPECT_EQ(m_device.m_data["mode"], 0U);
+    // The bits above the sign are not like it.
+    EXPECT_FALSE(m_device.SetClrBits(0xFFFFFFFFFFFFFF00, &m_regs[2], 0, true));
+    EXPECT_FALSE(m_device.SetClrBits(0x180, &m_regs[2], 0, true));
+}
+
+TEST_F(RegisterDevice, HasNoBitsInWhatIsNoNumber) {
+    m_regs[2].dtype = VT_STRING;
+    EXPECT_FALSE(m_device.SetClrBits(1, &m_regs[2], 0, true));
+    EXPECT_THAT(m_device.m_reads, IsEmpty());
 }
 
 TEST_F(RegisterDevice, RefusesCommandsWithoutTheirArguments) {

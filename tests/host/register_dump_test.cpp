@@ -100,6 +100,43 @@ TEST_F(RegisterDump, DumpsOnCommand) {
     EXPECT_EQ(Call("regdump", "nothing").Code(), MSG_ERR_FAIL);
 }
 
+TEST_F(RegisterDump, DumpsOneElementByItsIndex) {
+    const CLogCapture log;
+    EXPECT_EQ(Call("regdump", "ctrl[1]").Code(), MSG_SUCCESS);
+    EXPECT_EQ(Call("regdump", "ctrl[0x3]").Code(), MSG_SUCCESS);
+    EXPECT_EQ(Call("regdump", "status[0]").Code(), MSG_SUCCESS);
+    EXPECT_THAT(m_device.m_reads, ElementsAre("ctrl[1]", "ctrl[3]", "status"));
+    EXPECT_EQ(log.Joined(LW_PRINT),
+              "ctrl[1]          0x0022\n"
+              "ctrl[3]          0x4444\n"
+              "status           0x5\n");
+}
+
+TEST_F(RegisterDump, DumpsAnElementThatReadingChanges) {
+    EXPECT_TRUE(m_device.dumpRegs(LW_PRINT, "cause[0]"));
+    EXPECT_THAT(m_device.m_reads, ElementsAre("cause"));
+}
+
+TEST_F(RegisterDump, FindsNoElementBehindTheEndOfAnArray) {
+    for (const char* pattern : {"ctrl[4]", "status[1]", "ctrl[4294967295]"}) {
+        EXPECT_FALSE(m_device.dumpRegs(LW_PRINT, pattern)) << pattern;
+        EXPECT_EQ(Call("regtable", pattern).Code(), MSG_ERR_FAIL) << pattern;
+    }
+    EXPECT_THAT(m_device.m_reads, IsEmpty());
+}
+
+TEST_F(RegisterDump, TakesBracketsWithoutAnIndexForAWildcard) {
+    EXPECT_TRUE(m_device.dumpRegs(LW_PRINT, "[cm]*[el]"));
+    EXPECT_THAT(m_device.m_reads, ElementsAre("ctrl[0]", "ctrl[1]", "ctrl[2]", "ctrl[3]", "mode"));
+}
+
+TEST_F(RegisterDump, ShowsTheTableOfAnArrayByOneElement) {
+    const CLogCapture log;
+    EXPECT_EQ(Call("regtable", "ctrl[3]").Code(), MSG_SUCCESS);
+    EXPECT_THAT(log.Joined(LW_PRINT), HasSubstr("channel control"));
+    EXPECT_THAT(log.Joined(LW_PRINT), Not(HasSubstr("link status")));
+}
+
 TEST_F(RegisterDump, ShowsItsTableWithoutReadingARegister) {
     const CLogCapture log;
     m_device.showRegTable("");

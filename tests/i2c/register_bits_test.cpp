@@ -3,7 +3,10 @@
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 
 struct CCase {
     std::string command;
@@ -112,6 +115,15 @@ TEST_P(EveryI2cRegisterBitsCommand, FailsAfterTheWriteWhenThePathCannotBeClosed)
     EXPECT_EQ(m_cpld.m_data["mode[0]"], GetParam().with_0x0f);
     EXPECT_EQ(m_journal.Entries().back(), m_cannot_disable.front());
     EXPECT_THAT(m_log.Texts(0x30), ElementsAre("  Error when disabling I2C path!\n"));
+}
+
+TEST_P(EveryI2cRegisterBitsCommand, ReadsNothingForBitsThatTheRegisterDoesNotHave) {
+    EXPECT_EQ(Change("ctrl[0]", 0x10000).bytes, Bytes{FAIL});
+    EXPECT_EQ(Change("limit", 0xFFFFFFFFFFFFFF00).bytes, Bytes{FAIL});
+    EXPECT_THAT(m_log.Texts(0x40), ElementsAre("0x10000 does not fit register ctrl\n",
+                                               "0xffffffffffffff00 does not fit register limit\n"));
+    EXPECT_THAT(m_journal.Calls(), Not(Contains(HasSubstr("cpld"))));
+    EXPECT_TRUE(IsPathOpen());
 }
 
 TEST_P(EveryI2cRegisterBitsCommand, TakesAMaskOf64Bits) {

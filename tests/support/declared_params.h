@@ -28,7 +28,7 @@ inline std::vector<CDeclaredParam> DeclaredParamsOf(const CDiagObj& command) {
     for (CDiagObj* child : command.GetChildren()) {
         auto* param = dynamic_cast<CDiagParam*>(child);
         if (param == nullptr) {
-            ADD_FAILURE() << child->GetName() << " is no parameter";
+            ADD_FAILURE() << "a child of " << command.GetName() << " is no parameter";
             continue;
         }
         EXPECT_EQ(param->GetNodeType(), TPARAM);

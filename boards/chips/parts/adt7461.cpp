@@ -45,9 +45,10 @@ constexpr std::array REGISTERS = {
     Register("remote-low-low", 0x14, VT_UINT8, DIAG_REGACC_RW, 0xC0, 0x00,
              "7:6 quarters of a degree of remote-low"),
     Decimal(Register("remote-therm", 0x19, VT_UINT8, DIAG_REGACC_RW, 0xFF, 0x55,
-                     "THERM limit of the diode, degrees Celsius")),
+                     "THERM limit of the diode, degrees Celsius (64 more in the extended "
+                     "range)")),
     Decimal(Register("local-therm", 0x20, VT_UINT8, DIAG_REGACC_RW, 0xFF, 0x55,
-                     "own THERM limit, degrees Celsius")),
+                     "own THERM limit, degrees Celsius (64 more in the extended range)")),
     Decimal(Register("therm-hyst", 0x21, VT_UINT8, DIAG_REGACC_RW, 0xFF, 0x0A,
                      "hysteresis of both THERM limits, degrees Celsius")),
     Register("alert-after", 0x22, VT_UINT8, DIAG_REGACC_RW, 0x8F, 0x01,

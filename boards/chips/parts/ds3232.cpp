@@ -8,17 +8,18 @@ namespace {
 
 constexpr uint32_t SRAM_SIZE = 236;
 
-constexpr diag_reg_st Time(const char* name, uint8_t pointer, uint64_t mask, const char* desc) {
-    return Register(name, pointer, VT_UINT8, DIAG_REGACC_RW, mask, 0x00, desc);
+constexpr diag_reg_st Time(const char* name, uint8_t pointer, uint64_t mask, const char* desc,
+                           uint64_t reset = 0x00) {
+    return Register(name, pointer, VT_UINT8, DIAG_REGACC_RW, mask, reset, desc);
 }
 
 constexpr std::array REGISTERS = {
     Time("seconds", 0x00, 0x7F, "BCD 00 to 59"),
     Time("minutes", 0x01, 0x7F, "BCD 00 to 59"),
     Time("hours", 0x02, 0x7F, "6 twelve hours, then 5 PM and BCD 1 to 12; else BCD 00 to 23"),
-    Time("day", 0x03, 0x07, "of the week, 1 to 7"),
-    Time("date", 0x04, 0x3F, "of the month, BCD 01 to 31"),
-    Time("month", 0x05, 0x9F, "7 century, 4:0 BCD 01 to 12"),
+    Time("day", 0x03, 0x07, "of the week, 1 to 7", 0x01),
+    Time("date", 0x04, 0x3F, "of the month, BCD 01 to 31", 0x01),
+    Time("month", 0x05, 0x9F, "7 century, 4:0 BCD 01 to 12", 0x01),
     Time("year", 0x06, 0xFF, "BCD 00 to 99"),
     Time("alarm1-seconds", 0x07, 0xFF, "7 any, else BCD 00 to 59"),
     Time("alarm1-minutes", 0x08, 0xFF, "7 any, else BCD 00 to 59"),

@@ -12,10 +12,12 @@ constexpr std::array REGISTERS = {
     Decimal(Register("shunt-voltage", 0x01, VT_INT16, DIAG_REGACC_RO, 0xFFFF, 0x0000,
                      "voltage over the shunt in 10 uV")),
     Register("bus-voltage", 0x02, VT_UINT16, DIAG_REGACC_RO, 0xFFFB, 0x0000,
-             "15:3 voltage of the bus in 4 mV, 1 conversion ready (until power is read), "
+             "15:3 voltage of the bus in 4 mV, 1 conversion ready (cleared by reading power), "
              "0 current or power overflow"),
-    Decimal(Register("power", 0x03, VT_UINT16, DIAG_REGACC_RO, 0xFFFF, 0x0000,
-                     "power in 20 units of current, 0 without a calibration")),
+    Decimal(
+        Register("power", 0x03, VT_UINT16, DIAG_REGACC_RO, 0xFFFF, 0x0000,
+                 "power in 20 units of current, 0 without a calibration; reading it clears bit 1 "
+                 "of bus-voltage")),
     Decimal(Register("current", 0x04, VT_INT16, DIAG_REGACC_RO, 0xFFFF, 0x0000,
                      "shunt-voltage * calibration / 4096, 0 without a calibration")),
     Register("calibration", 0x05, VT_UINT16, DIAG_REGACC_RW, 0xFFFE, 0x0000,

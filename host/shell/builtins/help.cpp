@@ -5,11 +5,11 @@
 
 #include "framework/diag_obj.h"
 #include "host/diag_tree.h"
+#include "host/printable.h"
 #include "host/shell/builtins/access.h"
 #include "host/shell/builtins/builtins.h"
 #include "host/shell/builtins/help_texts.h"
 #include "host/shell/node_kind.h"
-#include "host/printable.h"
 #include "host/shell/run/register_arguments.h"
 #include "host/shell/run/signature.h"
 #include "host/shell/shell.h"

@@ -5,10 +5,10 @@
 
 #include "framework/diag_obj.h"
 #include "host/diag_tree.h"
+#include "host/printable.h"
 #include "host/shell/builtins/listing_options.h"
 #include "host/shell/builtins/node_details.h"
 #include "host/shell/node_kind.h"
-#include "host/printable.h"
 #include "host/shell/shell.h"
 #include "host/shell/table.h"
 

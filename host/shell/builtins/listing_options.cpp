@@ -1,8 +1,8 @@
 #include "host/shell/builtins/listing_options.h"
 
+#include "host/printable.h"
 #include "host/shell/builtins/builtins.h"
 #include "host/shell/number.h"
-#include "host/printable.h"
 #include "host/shell/usage_error.h"
 
 namespace {

@@ -1,12 +1,12 @@
 #include "host/shell/builtins/raw_export.h"
 
 #include "host/exception_text.h"
+#include "host/printable.h"
 #include "host/shell/builtins/device_use.h"
 #include "host/shell/builtins/raw_arguments.h"
 #include "host/shell/builtins/raw_file.h"
 #include "host/shell/builtins/raw_node.h"
 #include "host/shell/builtins/raw_ranges.h"
-#include "host/printable.h"
 #include "host/shell/run/run_note.h"
 #include "host/shell/shell.h"
 

@@ -6,6 +6,7 @@
 
 #include "framework/diag_functions.h"
 #include "host/exception_text.h"
+#include "host/printable.h"
 #include "host/shell/builtins/device_use.h"
 #include "host/shell/builtins/raw_arguments.h"
 #include "host/shell/builtins/raw_file.h"
@@ -13,7 +14,6 @@
 #include "host/shell/builtins/raw_ranges.h"
 #include "host/shell/input/question.h"
 #include "host/shell/number.h"
-#include "host/printable.h"
 #include "host/shell/run/run_note.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"

@@ -3,9 +3,9 @@
 #include <cerrno>
 #include <system_error>
 
+#include "host/printable.h"
 #include "host/shell/builtins/nesting.h"
 #include "host/shell/input/line_reader.h"
-#include "host/printable.h"
 #include "host/shell/script.h"
 #include "host/shell/shell.h"
 #include "host/shell/usage_error.h"

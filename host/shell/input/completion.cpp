@@ -6,13 +6,13 @@
 #include <span>
 
 #include "host/diag_tree.h"
+#include "host/printable.h"
 #include "host/shell/builtins/builtins.h"
 #include "host/shell/input/candidates.h"
 #include "host/shell/input/file_candidates.h"
 #include "host/shell/input/register_candidates.h"
 #include "host/shell/input/word_at_cursor.h"
 #include "host/shell/node_kind.h"
-#include "host/printable.h"
 #include "host/shell/run/register_arguments.h"
 #include "host/shell/run/signature.h"
 #include "host/shell/shell.h"

@@ -9,8 +9,8 @@
 #include "framework/long_work.h"
 #include "host/device_lock.h"
 #include "host/diag_tree.h"
-#include "host/shell/node_kind.h"
 #include "host/printable.h"
+#include "host/shell/node_kind.h"
 #include "host/shell/run/register_arguments.h"
 #include "host/shell/run/request.h"
 #include "host/shell/run/run_recorder.h"
@@ -104,13 +104,20 @@ EResCode CNodeRun::Perform(CTerminal& terminal, CRunRecorder& recorder) {
         return MSG_ERR_ABORTED;
     }
     CReply reply(m_node, m_request);
-    CRunRecorder::NoteCode(reply.Code());
-    if (reply.Status() != EXIT_PASSED) {
+    const CAnswer answer = Read(reply);
+    CRunRecorder::NoteCode(answer.code);
+    if (StatusOf(answer.code) != EXIT_PASSED) {
         TellNearRegisters();
     }
     terminal.EndLine();
-    PrintOutputs(terminal, recorder, reply);
-    return reply.Code();
+    for (const CRunOutput& output : answer.outputs) {
+        recorder.NoteOutput(output.name, output.type, output.value);
+        terminal.Write(output.name + " = " + output.value.text + "\n");
+    }
+    if (!answer.error.empty()) {
+        PrintError(terminal, PathOf(m_node), answer.error);
+    }
+    return answer.code;
 }
 
 bool CNodeRun::Stop() {
@@ -139,18 +146,47 @@ void CNodeRun::TellNearRegisters() const {
     }
 }
 
-void CNodeRun::PrintOutputs(CTerminal& terminal, CRunRecorder& recorder, CReply& reply) const {
+CNodeRun::CAnswer CNodeRun::Read(CReply& reply) const {
+    CAnswer answer{reply.Code(), {}, ""};
+    const auto fail = [&answer](EResCode code) {
+        if (StatusOf(answer.code) == EXIT_PASSED) {
+            answer.code = code;
+        }
+    };
+    ReadOutputs(answer, reply.Fields());
+    const size_t rest = answer.error.empty() ? reply.Fields().GetLen() : 0;
+    if (rest == 1) {
+        // A second answer byte, of what was done behind the outputs.
+        uint8_t second = MSG_SUCCESS;
+        reply.Fields() >> second;
+        if (second != MSG_SUCCESS) {
+            fail(MSG_ERR_FAIL);
+        }
+    } else if (rest != 0) {
+        answer.error = "the answer has " + std::to_string(rest) + " bytes behind its outputs";
+    }
+    if (!answer.error.empty()) {
+        fail(MSG_ERR_MSGLEN);
+    }
+    // What a test answers is about the run, and holds.
+    if (StatusOf(answer.code) != EXIT_PASSED && Test() == nullptr) {
+        for (CRunOutput& output : answer.outputs) {
+            output.value.text += " (failed)";
+        }
+    }
+    return answer;
+}
+
+void CNodeRun::ReadOutputs(CAnswer& answer, CInMsg& fields) const {
     // A node may leave outputs out, and after a failure most do.
     for (const CParamInfo& output : m_signature.outputs) {
-        if (reply.Fields().GetLen() == 0) {
+        if (fields.GetLen() == 0) {
             return;
         }
         try {
-            const CValue value = output.type.Unpack(reply.Fields());
-            recorder.NoteOutput(output.name, output.type, value);
-            terminal.Write(output.name + " = " + value.text + "\n");
+            answer.outputs.push_back({output.name, output.type, output.type.Unpack(fields)});
         } catch (const CDiagException& e) {
-            PrintError(terminal, PathOf(m_node), "answer " + output.name + ": " + e.what());
+            answer.error = "answer " + output.name + ": " + e.what();
             return;
         }
     }

@@ -8,13 +8,13 @@
 
 #include "host/run_stop.h"
 #include "host/shell/exit_status.h"
+#include "host/shell/run/run_record.h"
 #include "host/shell/run/signature.h"
 
 class CDiagTestBase;
 class CReply;
 class CRunRecorder;
 class CTerminal;
-struct CRunRecord;
 
 class CNodeRun {
   public:
@@ -33,7 +33,8 @@ class CNodeRun {
     // Says in `record` what is run.
     void Describe(CRunRecord& record) const;
 
-    // Sends the request, prints and records the outputs; the answer's code.
+    // Sends the request, prints and records the outputs; the answer's code, that of a
+    // failure too when something behind the outputs failed or does not belong there.
     EResCode Perform(CTerminal& terminal, CRunRecorder& recorder);
     // Asks the run to stop, from any thread, whether it has begun or not. False
     // when the node does not understand: it then stops at most while it waits
@@ -46,9 +47,16 @@ class CNodeRun {
   private:
     class CAsked;
 
+    struct CAnswer {
+        EResCode code;
+        std::vector<CRunOutput> outputs;  // marked where they may be no good
+        std::string error;                // what is wrong with the answer itself
+    };
+    CAnswer Read(CReply& reply) const;
+    void ReadOutputs(CAnswer& answer, CInMsg& fields) const;
+
     // Which registers the operator may have meant, where the arguments name none.
     void TellNearRegisters() const;
-    void PrintOutputs(CTerminal& terminal, CRunRecorder& recorder, CReply& reply) const;
 
     CDiagMenu& m_node;
     const std::vector<std::string> m_arguments;

@@ -132,17 +132,20 @@ std::string CRegisterArguments::NearRegisters(const CWords& words) const {
     if (m_device == nullptr) {
         return "";
     }
-    if (const std::string* name = WordOf(m_signature, words, REGISTER)) {
-        return EntryOf(*m_device, *name) != nullptr ? "" : DidYouMeanRegister(*m_device, *name);
-    }
-    const std::string* pattern = WordOf(m_signature, words, PATTERN);
-    const auto matches = [pattern](const diag_reg_st& reg) {
-        return MatchRegister(*pattern, reg) != EMatch::NONE;
-    };
-    if (pattern == nullptr || std::ranges::any_of(m_device->Registers(), matches)) {
+    const std::string* name = WordOf(m_signature, words, REGISTER);
+    const std::string* text = name != nullptr ? name : WordOf(m_signature, words, PATTERN);
+    if (text == nullptr || (name != nullptr && EntryOf(*m_device, *name) != nullptr)) {
         return "";
     }
-    return DidYouMeanRegister(*m_device, *pattern);
+    // What stands for several fails for another reason than its name.
+    const bool may_be_several = name == nullptr || TakesWholeArrays();
+    const auto matches = [text](const diag_reg_st& reg) {
+        return MatchRegister(*text, reg).match != EMatch::NONE;
+    };
+    if (may_be_several && std::ranges::any_of(m_device->Registers(), matches)) {
+        return "";
+    }
+    return DidYouMeanRegister(*m_device, *text);
 }
 
 std::string CRegisterArguments::Help() const {

@@ -26,7 +26,7 @@ class CRegisterArguments {
     // typed as it is shown, with its sign or as its bits in another base than ten.
     std::vector<std::string> AsBits(std::vector<std::string> words) const;
 
-    // Registers that the words may have meant, as a question; empty where they name one
+    // Registers that the words may have meant, as a question; empty where they name some
     // or nothing is near.
     std::string NearRegisters(const std::vector<std::string>& words) const;
 

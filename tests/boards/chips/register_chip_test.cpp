@@ -94,8 +94,8 @@ TEST_P(RegisterTable, HasTheValuesAfterPowerOnThatTheChipHas) {
     CRegisterChip& chip = AddChip(GetParam(), 0x30);
     for (const diag_reg_st& reg : FindRegisterPart(GetParam())->registers) {
         for (uint32_t index = 0; IsReadable(reg) && !IsGiven(reg) && index < Count(reg); ++index) {
-            const bool time = std::string(GetParam()) == "ds3232" && reg.offset < 0x07;
-            if (!time) {
+            // A clock goes on while it is read.
+            if (std::string(GetParam()) != "ds3232" || std::string(reg.name) != "seconds") {
                 EXPECT_EQ(Read(chip, reg.name, index), reg.init_data) << reg.name << index;
             }
         }

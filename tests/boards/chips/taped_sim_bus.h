@@ -29,7 +29,7 @@ class CTapedSimBus : public CSimBus {
             entry += (entry.size() > 1 ? " " : "") + Hex(mux->Control());
         }
         entry += "]";
-        const CI2cResult result = CSimBus::Transfer(msgs, again);
+        CI2cResult result = CSimBus::Transfer(msgs, again);
         for (const CI2cMsg& msg : msgs) {
             entry += " " + Hex(msg.addr) + (msg.read ? " r" : " w");
             for (const uint8_t byte : msg.data) {

@@ -21,7 +21,7 @@
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 constexpr size_t GUARDED_SIZE = size_t{64} << 10;
 

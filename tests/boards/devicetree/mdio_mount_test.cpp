@@ -5,7 +5,7 @@
 namespace {
 
 using Names = std::vector<std::string>;
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 class MdioMount : public CMountTest {
   protected:

@@ -4,7 +4,7 @@
 namespace {
 
 using Names = std::vector<std::string>;
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 class MountTree : public CMountTest {};
 

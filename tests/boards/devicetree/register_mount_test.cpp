@@ -17,12 +17,24 @@ class RegisterMount : public CMountTest {
     CAnswer Call(const std::string& path, const Args&... args) {
         return Send(NodeAt(*m_root, path), MSG_CALL, args...);
     }
-    // A board of one node with that "reg" on the processor's bus.
-    void MountPorts(std::initializer_list<uint32_t> reg, const std::string& label = "io") {
+    using CReg = std::initializer_list<uint32_t>;
+
+    // A board of a bus of the processor with these I/O ports, each labelled with its name.
+    // Of 0 cells the bus says nothing.
+    void MountPorts(const std::vector<std::pair<std::string, CReg>>& nodes,
+                    uint32_t address_cells = 1, uint32_t size_cells = 1) {
         CBlobBuilder builder;
         builder.Begin("soc").Text("compatible", "simple-bus");
-        builder.Begin("io-ports@f000").Text("compatible", "morva,io-ports").Text("label", label);
-        builder.Cells("reg", reg).End().End();
+        if (address_cells != 0) {
+            builder.Cells("#address-cells", {address_cells});
+        }
+        if (size_cells != 0) {
+            builder.Cells("#size-cells", {size_cells});
+        }
+        for (const auto& [name, reg] : nodes) {
+            builder.Begin(name).Text("compatible", "morva,io-ports").Cells("reg", reg).End();
+        }
+        builder.End();
         Mount(builder);
     }
 };
@@ -74,6 +86,45 @@ TEST_F(RegisterMount, GivesExpandersTheirKindOfDevice) {
     EXPECT_EQ(Call("/i2c-0/b/read-port", uint8_t{0}).bytes, (Bytes{0, 0xFF}));
 }
 
+TEST_F(RegisterMount, TellsTheNamesOfTheLinesOfAnExpanderPortByPort) {
+    MountOnBus([](CBlobBuilder& bus) {
+        std::string names("a\0\0c", 4);
+        bus.Device("narrow", "nxp,pcf8574", 0x20).Text("gpio-line-names", names).End();
+        names += std::string(7, '\0') + "b0";
+        bus.Device("wide", "nxp,pca9555", 0x21).Text("gpio-line-names", names).End();
+        bus.Device("second", "nxp,pca9555", 0x22);
+        bus.Text("gpio-line-names", std::string(10, '\0') + "x\x1by").End();
+        bus.Device("none", "nxp,pca9534", 0x23).End();
+    });
+    EXPECT_EQ(Warnings(), Names{});
+    const auto lines = [this](const std::string& path) {
+        const Bytes answer = Send(NodeAt(*m_root, "/i2c-0/" + path), MSG_PEEKV).bytes;
+        return std::string(answer.begin() + 3, answer.end());
+    };
+    EXPECT_EQ(lines("narrow/lines-0"), "0 a, 2 c");
+    EXPECT_EQ(lines("wide/lines-0"), "0 a, 2 c");
+    EXPECT_EQ(lines("wide/lines-1"), "1 b0");
+    EXPECT_EQ(lines("second/lines-1"), "2 x?y");
+    for (const char* path : {"narrow/lines-1", "second/lines-0", "none/lines-0"}) {
+        EXPECT_EQ(FindByPath(*m_root, std::string("/i2c-0/") + path), nullptr) << path;
+    }
+    EXPECT_NE(Send(NodeAt(*m_root, "/i2c-0/wide/lines-0"), MSG_POKEV, std::string("x")).Code(),
+              MSG_SUCCESS);
+}
+
+TEST_F(RegisterMount, LeavesOutAnExpanderWithMoreNamesThanLines) {
+    MountOnBus([](CBlobBuilder& bus) {
+        bus.Device("a", "nxp,pca9534", 0x20);
+        bus.Text("gpio-line-names", std::string(8, '\0')).End();
+        bus.Device("b", "nxp,pca9534", 0x21);
+        bus.Text("gpio-line-names", std::string(7, '\0')).End();
+    });
+    EXPECT_EQ(NamesAt("/i2c-0"), Names{"b"});
+    EXPECT_EQ(Warnings(),
+              Names{"left out: /i2c@100/a: property \"gpio-line-names\" has 9 names, should be at "
+                    "most 8\n"});
+}
+
 TEST_F(RegisterMount, LeavesOutAChipAtAWrongAddress) {
     MountOnBus([](CBlobBuilder& bus) {
         bus.Device("good", "ti,tmp75", 0x48).End();
@@ -106,7 +157,7 @@ TEST_F(RegisterMount, ShowsTheWorldOutsideOfEachChipBelowTheSimulation) {
 }
 
 TEST_F(RegisterMount, MountsIoPortsOnAFileOfTheStateFolder) {
-    MountPorts({0xF000, 3});
+    MountPorts({{"io", {0xF000, 3}}});
     EXPECT_EQ(DescriptionAt("/io"), "morva,io-ports at 0xf000: 3 ports");
     const auto file = m_folder.Path() / "state/io-ports/0xf000.bin";
     EXPECT_EQ(BytesOf(file), (Bytes{0xFF, 0xFF, 0xFF}));
@@ -115,30 +166,92 @@ TEST_F(RegisterMount, MountsIoPortsOnAFileOfTheStateFolder) {
     EXPECT_EQ(Warnings(), Names{});
 
     // What is there is kept.
-    MountPorts({0x0, 0xF000, 3});
+    MountPorts({{"io", {0xF000, 3}}});
     EXPECT_EQ(Call("/io/read-port", uint8_t{1}).bytes, (Bytes{0, 0x7E}));
 }
 
-TEST_F(RegisterMount, LeavesOutIoPortsWithoutANumberOfThem) {
-    const std::string node = "left out: /soc/io-ports@f000: property \"reg\" has ";
-    const std::pair<std::initializer_list<uint32_t>, std::string> cases[] = {
-        {{0xF000}, "1 cells, should be an address and a size\n"},
-        {{0xF000, 0}, "the size 0, should be 1 to 255 ports\n"},
-        {{0xF000, 256}, "the size 256, should be 1 to 255 ports\n"},
+TEST_F(RegisterMount, ReadsAddressAndSizeOfIoPortsInAsManyCellsAsTheBusSays) {
+    struct CCase {
+        uint32_t address_cells;
+        uint32_t size_cells;
+        CReg reg;
+        const char* address;
     };
-    for (const auto& [reg, why] : cases) {
+    const CCase cases[] = {
+        {1, 1, {0xF000, 5}, "0xf000"},
+        {1, 2, {0xF000, 0, 5}, "0xf000"},
+        {2, 1, {0xF, 0xFFE0'0000, 5}, "0xfffe00000"},
+        {2, 2, {0xF, 0xF000, 0, 5}, "0xf0000f000"},
+        {2, 1, {0, 0xF000, 5}, "0xf000"},
+        // What a bus means that says nothing.
+        {0, 0, {0xF, 0xF000, 5}, "0xf0000f000"},
+        {1, 0, {0xF000, 5}, "0xf000"},
+        {0, 2, {0xF, 0xF000, 0, 5}, "0xf0000f000"},
+    };
+    for (const CCase& one : cases) {
+        const auto file = m_folder.Path() / "state/io-ports" / (one.address + std::string(".bin"));
+        std::filesystem::remove(file);
+        MountPorts({{"io", one.reg}}, one.address_cells, one.size_cells);
+        EXPECT_EQ(DescriptionAt("/io"),
+                  "morva,io-ports at " + std::string(one.address) + ": 5 ports");
+        EXPECT_TRUE(std::filesystem::exists(file)) << file;
+        EXPECT_EQ(Warnings(), Names{});
+    }
+}
+
+TEST_F(RegisterMount, LeavesOutIoPortsThatDoNotFitTheirBus) {
+    const std::string node = "left out: /soc/io: property \"reg\" has ";
+    const std::string bus = "left out: /soc: property ";
+    struct CCase {
+        uint32_t address_cells;
+        uint32_t size_cells;
+        CReg reg;
+        std::string warning;
+    };
+    const CCase cases[] = {
+        {1, 1, {0xF000}, node + "1 cells, should be 1 of an address and 1 of a size\n"},
+        {1, 1, {0, 0xF000, 3}, node + "3 cells, should be 1 of an address and 1 of a size\n"},
+        {1,
+         1,
+         {0xF000, 3, 0xF100, 3},
+         node + "4 cells, should be 1 of an address and 1 of a size\n"},
+        {0, 0, {0xF000, 3}, node + "2 cells, should be 2 of an address and 1 of a size\n"},
+        {1, 1, {0xF000, 0}, node + "the size 0, should be 1 to 255 ports\n"},
+        {1, 1, {0xF000, 256}, node + "the size 256, should be 1 to 255 ports\n"},
+        {1, 2, {0xF000, 1, 3}, node + "the size 4294967299, should be 1 to 255 ports\n"},
+        {3,
+         1,
+         {0, 0, 0xF000, 3},
+         bus + "\"#address-cells\" is 3, should be 1 or 2 for I/O ports\n"},
+        {1, 3, {0xF000, 0, 0, 3}, bus + "\"#size-cells\" is 3, should be 1 or 2 for I/O ports\n"},
+    };
+    for (const CCase& one : cases) {
         m_log.Clear();
-        MountPorts(reg);
+        MountPorts({{"io", one.reg}}, one.address_cells, one.size_cells);
         EXPECT_EQ(NamesAt("/"), Names{"sim"});
-        EXPECT_EQ(Warnings(), Names{node + why});
+        EXPECT_EQ(Warnings(), Names{one.warning});
     }
     EXPECT_FALSE(std::filesystem::exists(m_folder.Path() / "state/io-ports"));
+}
+
+TEST_F(RegisterMount, LeavesOutIoPortsOnAnAddressThatOthersHave) {
+    MountPorts({{"first", {0xF000, 4}},
+                {"same", {0xF000, 4}},
+                {"inside", {0xF003, 1}},
+                {"around", {0xEFFF, 255}},
+                {"behind", {0xF004, 1}},
+                {"before", {0xEFFF, 1}}});
+    EXPECT_EQ(NamesAt("/"), (Names{"first", "behind", "before", "sim"}));
+    EXPECT_EQ(Warnings(),
+              (Names{"left out: /soc/same: address 0xf000 is already taken by /soc/first\n",
+                     "left out: /soc/inside: address 0xf003 is already taken by /soc/first\n",
+                     "left out: /soc/around: address 0xf000 is already taken by /soc/first\n"}));
 }
 
 TEST_F(RegisterMount, EndsTheStartWhenTheFileOfIoPortsHasAnotherSize) {
     const auto file = m_folder.Write("state/io-ports/0xf000.bin", Bytes{1, 2});
     try {
-        MountPorts({0xF000, 3});
+        MountPorts({{"io", {0xF000, 3}}});
         FAIL() << "mounted";
     } catch (const CDiagException& fault) {
         EXPECT_EQ(fault.what(), file.string() +

@@ -1,7 +1,7 @@
 """morva-mdio-sim as a process, and the object that it preloads.
 
-Runs with the switch, its object and diag_mdio_util in MORVA_MDIO_SIM, OBJECT and
-DIAG_MDIO_UTIL.
+Runs with the switch, its object, diag_mdio_util and a driver to preload behind in
+MORVA_MDIO_SIM, OBJECT, DIAG_MDIO_UTIL and GRANTING_DRIVER.
 """
 
 import os
@@ -10,15 +10,18 @@ import re
 import shlex
 import shutil
 import subprocess
+import sys
 import tempfile
 import unittest
 
 SWITCH = pathlib.Path(os.environ["MORVA_MDIO_SIM"])
 OBJECT = pathlib.Path(os.environ["OBJECT"])
 UTIL = os.environ["DIAG_MDIO_UTIL"]
+GRANTING_DRIVER = os.environ["GRANTING_DRIVER"]
 
 WRAPPED = {"open", "open64", "openat", "openat64", "__open_2", "__open64_2", "__openat_2",
            "__openat64_2", "ioctl"}
+DRIVER = "/dev/fsl-fman_xmdio_us"
 USAGE = ("usage: morva-mdio-sim COMMAND [ARG...]\n"
          "Runs COMMAND with the driver /dev/fsl-fman_xmdio_us simulated.\n")
 IDENTIFIER = "\nreg 0x0002 = 0x0229\n\n"
@@ -70,6 +73,22 @@ class Switch(unittest.TestCase):
                     shutil.copy(source, copy)
                 script = f"{shlex.quote(UTIL)} -r 23 2; exit 0"
                 self.assertEqual(run(switch, "sh", "-c", script), (0, IDENTIFIER, ""))
+                # A script may use whatever descriptors it likes.
+                for number in (*range(3, 20), 63, 200, 255):
+                    script = f"exec {number}</etc/passwd; {shlex.quote(UTIL)} -r 23 2; exit 0"
+                    self.assertEqual(run(switch, "bash", "-c", script), (0, IDENTIFIER, ""),
+                                     number)
+
+    def test_it_works_below_a_low_limit_of_descriptors(self):
+        words = shlex.join([str(SWITCH), UTIL, "-r", "23", "2"])
+        for limit in (16, 64, 256):
+            self.assertEqual(run("sh", "-c", f"ulimit -n {limit}; {words}"), (0, IDENTIFIER, ""))
+        _, names, _ = run("sh", "-c", f"ulimit -n 64; {shlex.quote(str(SWITCH))} ls /proc/self/fd")
+        self.assertIn("32", names.split())
+
+    def test_two_dashes_may_stand_before_the_command(self):
+        self.assertEqual(run(SWITCH, "--", UTIL, "-r", "23", "2"), (0, IDENTIFIER, ""))
+        self.assertEqual(run(SWITCH, "--", "-x")[:2], (127, ""))
 
     def test_without_its_object_it_says_what_is_missing(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -91,7 +110,8 @@ class Switch(unittest.TestCase):
     def test_it_says_how_it_is_used(self):
         self.assertEqual(run(SWITCH, "--help"), (0, USAGE, ""))
         self.assertEqual(run(SWITCH, "-h"), (0, USAGE, ""))
-        for words in ((), ("",), ("--verbose", "true"), ("-r", "23", "2")):
+        for words in ((), ("",), ("--verbose", "true"), ("-r", "23", "2"), ("--",),
+                      ("--", "")):
             with self.subTest(words):
                 self.assertEqual(run(SWITCH, *words), (125, "", USAGE))
 
@@ -102,6 +122,16 @@ class Switch(unittest.TestCase):
                     self.assertEqual(
                         run(SWITCH, "true", **{variable: text}),
                         (125, "", f"morva-mdio-sim: {variable} is '{text}', "
+                                  "should be an error number from 1 to 4095\n"))
+
+    def test_a_fault_that_is_misspelt_inside_fails_and_says_why(self):
+        for variable, what in (("MORVA_MDIO_SIM_OPEN_ERRNO", "could not open " + DRIVER),
+                               ("MORVA_MDIO_SIM_IOCTL_ERRNO", "ioctl SIOCGMIIREG failed")):
+            script = f"{variable}=EIO {shlex.quote(UTIL)} -r 23 2"
+            with self.subTest(variable):
+                self.assertEqual(run(SWITCH, "sh", "-c", script),
+                                 (255, f"{what}\nmdio_read failed!\n",
+                                  f"morva-mdio-sim: {variable} is 'EIO', "
                                   "should be an error number from 1 to 4095\n"))
 
     def test_a_fault_reaches_the_program(self):
@@ -117,6 +147,13 @@ class Object(unittest.TestCase):
         _, dynamic, _ = run("readelf", "--dynamic", "--wide", OBJECT)
         needed = re.findall(r"\(NEEDED\)\s+Shared library: \[(.*?)\]", dynamic)
         self.assertEqual(needed, ["libc.so.6"])
+
+    def test_it_leaves_errno_alone_when_another_driver_grants_the_request(self):
+        # The descriptor is none, so finding out whose it is fails on the way.
+        script = ("import ctypes; libc = ctypes.CDLL(None, use_errno=True); "
+                  "ctypes.set_errno(33); print(libc.ioctl(-1, 0x8948, None), ctypes.get_errno())")
+        self.assertEqual(run(SWITCH, sys.executable, "-c", script, LD_PRELOAD=GRANTING_DRIVER),
+                         (0, "0 33\n", ""))
 
     def test_without_the_switch_it_has_no_bus(self):
         status, output, _ = run(UTIL, "-r", "23", "2", LD_PRELOAD=str(OBJECT))

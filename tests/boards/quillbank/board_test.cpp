@@ -78,7 +78,8 @@ TEST_F(Quillbank, HasItsDevicesWhereTheyHang) {
                      {{0, spds},
                       {1, WithChannels(dimm, 8,
                                        {{2, eeprom(dimm + "/ch2/param-eeprom")},
-                                        {5, {dimm + "/ch5/temp-dimm"}}})}}));
+                                        {5, {dimm + "/ch5/temp-dimm"}},
+                                        {6, {dimm + "/ch6/gpio-dimm"}}})}}));
     add({"/i2c-1", "/i2c-1/gpio-cages", "/i2c-1/temp-cages", "/i2c-1/rtc"});
     const auto with_diagnostics = [&eeprom](const std::string& path) {
         Names paths = eeprom(path);
@@ -96,7 +97,8 @@ TEST_F(Quillbank, HasItsDevicesWhereTheyHang) {
     add({"/sim", "/sim/i2c-0.power-12v", "/sim/i2c-0.temp-cpu", "/sim/i2c-0.mfg-eeprom",
          "/sim/i2c-0.cpld", "/sim/i2c-0.pca9547-0.ch0.spd-0", "/sim/i2c-0.pca9547-0.ch0.spd-1",
          "/sim/i2c-0.pca9547-0.ch1.pca9548-0.ch2.param-eeprom",
-         "/sim/i2c-0.pca9547-0.ch1.pca9548-0.ch5.temp-dimm", "/sim/i2c-1.gpio-cages",
+         "/sim/i2c-0.pca9547-0.ch1.pca9548-0.ch5.temp-dimm",
+         "/sim/i2c-0.pca9547-0.ch1.pca9548-0.ch6.gpio-dimm", "/sim/i2c-1.gpio-cages",
          "/sim/i2c-1.temp-cages", "/sim/i2c-1.rtc", "/sim/i2c-1.pca9548-1.ch2.gpio-panel",
          "/sim/i2c-1.pca9548-1.ch0.sfp-1g", "/sim/i2c-1.pca9548-1.ch1.pca9547-1.ch3.sfp-10g",
          "/sim/i2c-1.pca9548-1.ch1.pca9547-1.ch3.sfp-10g.diagnostics"});

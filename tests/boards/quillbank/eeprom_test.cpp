@@ -65,7 +65,7 @@ TEST_F(QuillbankEeprom, IsListedOnceUnderItsChannelByAProbeOfItsBus) {
     EXPECT_EQ(Found(Probe("i2c-0")),
               (Names{"root: 0x40", "root: 0x4c", "root: 0x50", "root: 0x60", "root: 0x77",
                      "pca9547-0/ch0: 0x51", "pca9547-0/ch0: 0x53", "pca9547-0/ch1: 0x70",
-                     "pca9548-0/ch2: 0x51", "pca9548-0/ch5: 0x48"}));
+                     "pca9548-0/ch2: 0x51", "pca9548-0/ch5: 0x48", "pca9548-0/ch6: 0x22"}));
     EXPECT_EQ(Found(Probe("i2c-1")),
               (Names{"root: 0x20", "root: 0x49", "root: 0x68", "root: 0x70", "pca9548-1/ch0: 0x50",
                      "pca9548-1/ch1: 0x71", "pca9547-1/ch3: 0x50", "pca9547-1/ch3: 0x51",

@@ -94,6 +94,20 @@ TEST_F(QuillbankRegister, ChangesOnlyTheMaskedPinsOfAnExpander) {
     EXPECT_EQ(Call(gpio + "/read-port", uint8_t{1}).bytes, (Bytes{0, 0xFA}));
 }
 
+TEST_F(QuillbankRegister, ReachesAnExpanderByNameAndIndexBehindTwoSwitches) {
+    const std::string gpio = "/i2c-0/pca9547-0/ch1/pca9548-0/ch6/gpio-dimm";
+    EXPECT_EQ(Change(gpio, "regpoke", "config[1]", 0xF0), MSG_SUCCESS);
+    EXPECT_EQ(Change(gpio, "regclr", "output[1]", 0x05), MSG_SUCCESS);
+    EXPECT_EQ(Peek(gpio, "output[1]"), "0xfa");
+    EXPECT_EQ(Call(gpio + "/write-port", uint8_t{1}, uint8_t{0x0C}, uint8_t{0x0C}).Code(),
+              MSG_SUCCESS);
+    EXPECT_EQ(Peek(gpio, "output"), "0xff 0xfe");
+    EXPECT_EQ(Change(gpio, "regset", "config[1]", 0x01), MSG_SUCCESS);
+    EXPECT_EQ(Peek(gpio, "config"), "0xff 0xf1");
+    EXPECT_EQ(Call(gpio + "/read-port", uint8_t{1}).bytes, (Bytes{0, 0xFF}));
+    EXPECT_EQ(ReadBus(Bus("i2c-0"), 0x22, {0}, 1), std::nullopt);
+}
+
 TEST_F(QuillbankRegister, ReachesThePanelBehindASwitch) {
     const std::string panel = "/i2c-1/pca9548-1/ch2/gpio-panel";
     EXPECT_EQ(Call(panel + "/write-port", uint8_t{0}, uint8_t{0x00}, uint8_t{0x03}).Code(),

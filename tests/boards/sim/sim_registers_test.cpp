@@ -164,6 +164,38 @@ TEST_F(SimIna220, TellsWhenAResultDoesNotFit) {
     EXPECT_EQ(Get(2), 1000 << 3);
 }
 
+TEST_F(SimIna220, ClearsTheReadyBitWhenPowerIsReadUntilTheNextConversion) {
+    constexpr int READY = 0x5DC2;
+    EXPECT_EQ(Get(2), READY);
+    Get(4);
+    EXPECT_EQ(Get(2), READY);
+    Get(3);
+    EXPECT_EQ(Get(2), READY & ~2);
+    EXPECT_EQ(Get(2), READY);
+}
+
+TEST_F(SimIna220, ConvertsOnceForEachTriggerWhenItIsTriggered) {
+    EXPECT_TRUE(Write(ADDR, {0, 0x39, 0x9B}));
+    EXPECT_EQ(Get(2) & 2, 0);
+    EXPECT_EQ(Get(2) & 2, 2);
+    Get(3);
+    EXPECT_EQ(Get(2) & 2, 0);
+    EXPECT_EQ(Get(2) & 2, 0);
+    EXPECT_TRUE(Write(ADDR, {0, 0x39, 0x9B}));
+    EXPECT_EQ(Get(2) & 2, 0);
+    EXPECT_EQ(Get(2) & 2, 2);
+}
+
+TEST_F(SimIna220, KeepsTheReadyBitWhenItIsTurnedOff) {
+    for (const uint8_t mode : {uint8_t{0x98}, uint8_t{0x9C}}) {
+        EXPECT_TRUE(Write(ADDR, {0, 0x39, mode}));
+        EXPECT_EQ(Get(2) & 2, 2);
+    }
+    Get(3);
+    EXPECT_EQ(Get(2) & 2, 0);
+    EXPECT_EQ(Get(2) & 2, 0);
+}
+
 TEST_F(SimIna220, ForgetsItsSettingsAtAReset) {
     EXPECT_TRUE(Write(ADDR, {0, 0xFF, 0xFF}));
     EXPECT_EQ(Get(0), 0x399F);

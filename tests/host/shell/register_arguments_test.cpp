@@ -59,9 +59,18 @@ TEST_F(NearRegisters, AreNotAskedForWhereARegisterIsNamed) {
     EXPECT_EQ(Run("cpld/regpeek mode"), EXIT_FAILED);
     EXPECT_THAT(printed, Not(HasSubstr("did you mean")));
     EXPECT_EQ(Run("cpld/regpeek ctrl[7]"), EXIT_FAILED);
-    EXPECT_EQ(printed, "ctrl[7] invalid index, valid range 0 to 3\nregvalue = ???\n");
+    EXPECT_EQ(printed, "ctrl[7] invalid index, valid range 0 to 3\nregvalue = ??? (failed)\n");
     EXPECT_EQ(Run("cpld/regdump mode"), EXIT_FAILED);
     EXPECT_THAT(printed, Not(HasSubstr("did you mean")));
+}
+
+TEST_F(NearRegisters, AreNotAskedForWhereAPatternNamesSome) {
+    m_cpld->m_fail_read = "mode";
+    for (const std::string pattern : {"mo", "m*"}) {
+        EXPECT_EQ(Run("cpld/regpeek " + pattern), EXIT_FAILED);
+        EXPECT_THAT(printed, HasSubstr("mode             ???\n"));
+        EXPECT_THAT(printed, Not(HasSubstr("did you mean")));
+    }
 }
 
 TEST_F(NearRegisters, AreAskedForInAJobToo) {

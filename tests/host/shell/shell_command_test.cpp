@@ -92,7 +92,7 @@ TEST_F(ShellCommand, ASkippedTestIsNoFailure) {
 
 TEST_F(ShellCommand, PrintsTheOutputsOfAFailureToo) {
     EXPECT_EQ(Run("/dev/count"), EXIT_FAILED);
-    EXPECT_EQ(printed, "passed = 3\n");
+    EXPECT_EQ(printed, "passed = 3 (failed)\n");
     EXPECT_EQ(errors, "/dev/count: failed (ERR_FAIL)\n");
 }
 
