@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST_F(RegisterDevice, FindsAnEntryByItsWholeName) {
-    EXPECT_EQ(m_device.getRegEntry("ctrl"), &m_regs[0]);
+    EXPECT_EQ(m_device.getRegEntry("ctrl"), &m_regs.front());
     EXPECT_EQ(m_device.getRegEntry("mode"), &m_regs[2]);
     EXPECT_EQ(m_device.getRegEntry("reset"), &m_regs[5]);
 }
@@ -179,12 +179,12 @@ TEST_F(RegisterDevice, SetsAndClearsBitsForItsBoard) {
     EXPECT_EQ(m_device.m_data["mode"], 0x8FU);
     EXPECT_TRUE(m_device.SetClrBits(0x81, &m_regs[2], 0, false));
     EXPECT_EQ(m_device.m_data["mode"], 0x0EU);
-    EXPECT_TRUE(m_device.SetClrBits(0x100, &m_regs[0], 3, true));
+    EXPECT_TRUE(m_device.SetClrBits(0x100, &m_regs.front(), 3, true));
     EXPECT_EQ(m_device.m_data["ctrl[3]"], 0x4544U);
 }
 
 TEST_F(RegisterDevice, SetsAndClearsNoBitsBehindTheEndOfAnArray) {
-    EXPECT_FALSE(m_device.SetClrBits(1, &m_regs[0], 4, true));
+    EXPECT_FALSE(m_device.SetClrBits(1, &m_regs.front(), 4, true));
     EXPECT_FALSE(m_device.SetClrBits(1, &m_regs[2], 1, false));
     EXPECT_THAT(m_device.m_reads, IsEmpty());
     EXPECT_THAT(m_device.m_writes, IsEmpty());
@@ -193,7 +193,7 @@ TEST_F(RegisterDevice, SetsAndClearsNoBitsBehindTheEndOfAnArray) {
 TEST_F(RegisterDevice, SetsAndClearsNoBitsThatARegisterDoesNotHave) {
     const CLogCapture log;
     for (const bool set : {true, false}) {
-        EXPECT_FALSE(m_device.SetClrBits(0x10000, &m_regs[0], 3, set));
+        EXPECT_FALSE(m_device.SetClrBits(0x10000, &m_regs.front(), 3, set));
         EXPECT_FALSE(m_device.SetClrBits(0x8000000000000001, &m_regs[2], 0, set));
     }
     EXPECT_THAT(log.Texts(LW_WARN), ElementsAre("0x10000 does not fit register ctrl\n",

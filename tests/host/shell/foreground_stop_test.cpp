@@ -38,7 +38,7 @@ class ForegroundStop : public JobBoard {
         works.Await();
         Written();
         then(*m_stop);
-        if (run.Test() == nullptr) {
+        if (run.Test() == nullptr || m_a.gated->cleans_up) {
             gate.Open();  // a test ends because it was stopped
         }
         said.Open();
@@ -59,6 +59,7 @@ TEST_F(ForegroundStop, SaysOnceThatATestStops) {
 }
 
 TEST_F(ForegroundStop, SaysASecondTimeWhatIsAwaited) {
+    m_a.gated->cleans_up = true;  // or it would be over before it is looked at again
     While(*m_a.gated, m_a.gated->works, m_a.gated->gate, [this](auto& stop) {
         stop.OnInterrupt(1000);
         Written();
@@ -77,6 +78,7 @@ TEST_F(ForegroundStop, SaysASecondTimeWhatIsAwaited) {
 
 TEST_F(ForegroundStop, ShowsAtOnceOnAScreenThatATestStops) {
     m_columns = 80;
+    m_a.gated->cleans_up = true;
     While(*m_a.gated, m_a.gated->works, m_a.gated->gate, [this](auto& stop) {
         stop.OnInterrupt(1000);
         EXPECT_EQ(Written(), std::string(ERASED) +

@@ -37,6 +37,9 @@ class CGatedTest : public CDiagTest {
         works.Open();
         while (!gate.IsOpen()) {
             if (!ProgressCb()) {
+                if (cleans_up) {
+                    gate.Await();
+                }
                 return DS_ABORTED;
             }
             std::this_thread::yield();
@@ -45,6 +48,7 @@ class CGatedTest : public CDiagTest {
     }
     CGate works;
     CGate gate;
+    bool cleans_up = false;  // once it is stopped, until its gate opens
 };
 
 class CCountTest : public CDiagTest {
