@@ -7,6 +7,7 @@ DIAGSH, DTB and BOARD.
 
 import os
 import pathlib
+import signal
 import subprocess
 import tempfile
 import time
@@ -50,9 +51,17 @@ class Process(unittest.TestCase):
         child = pexpect.spawn(words[0], list(words[1:]), encoding="utf-8",
                               codec_errors="replace", timeout=60, dimensions=(24, columns),
                               env=self.environment)
-        self.addCleanup(child.close, force=True)
+        self.addCleanup(self.end, child)
         child.expect_exact(prompt)
         return child
+
+    @staticmethod
+    def end(child):
+        """Ends what is left of a child, however long the machine takes for that."""
+        if child.isalive():
+            child.kill(signal.SIGKILL)
+            child.wait()
+        child.close()
 
     def quit(self, child):
         child.sendline("quit")
