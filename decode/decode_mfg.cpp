@@ -4,8 +4,8 @@
 #include <cstring>
 #include <string>
 
-#include "decode/big_endian.h"
 #include "decode/field_text.h"
+#include "i2c/big_endian.h"
 #include "i2c/crc16.h"
 #include "i2c/mfg_inventory.h"
 
@@ -16,7 +16,7 @@ using Record = CTarnInventory;
 constexpr uint64_t LAST_MAC = 0xFFFFFFFFFFFF;
 
 uint16_t StoredCrc(const Record& record) {
-    return BigEndian16(record.crc_16);
+    return static_cast<uint16_t>(BigEndian(record.crc_16));
 }
 
 uint16_t CalculatedCrc(const Record& record) {
@@ -34,7 +34,7 @@ std::string ManufacturingDate(const Record& record) {
 
 std::string LastMac(const Record& record) {
     const uint64_t first = BigEndian(record.macaddr_start);
-    const uint64_t count = BigEndian16(record.mac_count);
+    const uint64_t count = BigEndian(record.mac_count);
     if (count == 0) {
         return "(none)";
     }
@@ -67,7 +67,7 @@ constexpr CFieldDecoder<Record> FIELDS[] = {
     {"MAC addresses", "First", [](const Record& r) { return HexBytes(r.macaddr_start, ':'); }},
     {"MAC addresses", "Last", LastMac},
     {"MAC addresses", "Count",
-     [](const Record& r) { return std::to_string(BigEndian16(r.mac_count)); }},
+     [](const Record& r) { return std::to_string(BigEndian(r.mac_count)); }},
     {"Checksum", "CRC-16",
      [](const Record& r) { return CheckText(StoredCrc(r), CalculatedCrc(r), 4); }},
 };

@@ -5,12 +5,12 @@
 #include <numeric>
 #include <string>
 
-#include "decode/big_endian.h"
 #include "decode/decode_sfp_codes.h"
 #include "decode/decode_sfp_compliance.h"
 #include "decode/decode_sfp_diagnostics.h"
 #include "decode/decode_sfp_medium.h"
 #include "decode/field_text.h"
+#include "i2c/big_endian.h"
 #include "i2c/sfp_serial_id.h"
 
 namespace {

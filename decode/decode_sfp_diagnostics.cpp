@@ -10,10 +10,10 @@
 #include <string_view>
 #include <vector>
 
-#include "decode/big_endian.h"
 #include "decode/decode_sfp.h"
 #include "decode/decode_sfp_a2h.h"
 #include "decode/field_text.h"
+#include "i2c/big_endian.h"
 
 namespace {
 

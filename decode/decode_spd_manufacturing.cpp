@@ -2,10 +2,10 @@
 #include <cstdint>
 #include <string>
 
-#include "decode/big_endian.h"
 #include "decode/decode_spd_codes.h"
 #include "decode/decode_spd_sections.h"
 #include "decode/jep106.h"
+#include "i2c/big_endian.h"
 
 namespace {
 

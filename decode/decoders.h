@@ -10,7 +10,7 @@
 
 struct CDecoder {
     std::string_view kind;  // as it is typed: "spd"
-    std::string_view what;  // "DDR3 SPD EEPROM"
+    std::string_view what;  // "SPD EEPROM of a DDR3 module"
     size_t size;            // bytes of the record; an image may have more
     // Of `size` bytes or more. Never fails: what is wrong with a record, it says in words.
     CDecodedRecord (*decode)(std::span<const uint8_t> image);

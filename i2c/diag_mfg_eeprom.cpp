@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "framework/diag_log_word.h"
+#include "i2c/big_endian.h"
 #include "i2c/crc16.h"
 #include "i2c/eeprom_record.h"
 #include "i2c/mfg_eeprom_commands.h"
@@ -42,7 +43,7 @@ bool CDiagMfgEepromDevice::ReadNCheck(CTarnInventory* rec, bool& ok) {
         return false;
     }
     const uint16_t calculated = ChecksumOf(bytes.first(offsetof(CTarnInventory, crc_16)));
-    const uint16_t stored = BigEndian16(rec->crc_16);
+    const uint16_t stored = static_cast<uint16_t>(BigEndian(rec->crc_16));
     if (calculated != stored) {
         SendLog(LW_ERR_TEST, "EEPROM checksum error: calculated 0x%04X, stored 0x%04X", calculated,
                 stored);

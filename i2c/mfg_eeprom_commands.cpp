@@ -5,6 +5,7 @@
 
 #include "framework/diag_command.h"
 #include "framework/diag_param.h"
+#include "i2c/big_endian.h"
 #include "i2c/diag_mfg_eeprom.h"
 #include "i2c/told_path.h"
 
@@ -67,8 +68,9 @@ void Print(const CDiagMenu& command, const CTarnInventory& r) {
     const auto& mac = r.macaddr_start;
     command.SendLog(LW_PRINT, "macaddr_start: %02x:%02x:%02x:%02x:%02x:%02x\n", mac[0], mac[1],
                     mac[2], mac[3], mac[4], mac[5]);
-    command.SendLog(LW_PRINT, "mac_count    : %d\n", BigEndian16(r.mac_count));
-    command.SendLog(LW_PRINT, "crc_16       : %04x\n", BigEndian16(r.crc_16));
+    command.SendLog(LW_PRINT, "mac_count    : %d\n", static_cast<int>(BigEndian(r.mac_count)));
+    command.SendLog(LW_PRINT, "crc_16       : %04x\n",
+                    static_cast<unsigned int>(BigEndian(r.crc_16)));
 }
 
 }  // namespace

@@ -40,7 +40,3 @@ MORVA_ASSERT_FIELD(CTarnInventory, eprom_reserve, 85, 1);
 MORVA_ASSERT_FIELD(CTarnInventory, macaddr_start, 86, 6);
 MORVA_ASSERT_FIELD(CTarnInventory, mac_count, 92, 2);
 MORVA_ASSERT_FIELD(CTarnInventory, crc_16, 94, 2);
-
-inline uint16_t BigEndian16(const std::array<uint8_t, 2>& bytes) {
-    return static_cast<uint16_t>(bytes[0] << 8 | bytes[1]);
-}

@@ -7,11 +7,6 @@
 
 namespace {
 
-size_t BytesOf(EValueType type) {
-    constexpr size_t BYTES[] = {1, 1, 2, 2, 4, 4, 8, 8};
-    return BYTES[type];
-}
-
 uint8_t PointerOf(uint64_t first, const diag_reg_st& reg, uint32_t index) {
     return static_cast<uint8_t>(first + uint64_t{index} * reg.addr_stride);
 }

@@ -39,11 +39,16 @@ constexpr diag_reg_st Decimal(diag_reg_st reg) {
     return reg;
 }
 
+// Of a register of that integer type.
+constexpr uint32_t BytesOf(EValueType type) {
+    constexpr uint32_t BYTES[] = {1, 1, 2, 2, 4, 4, 8, 8};
+    return BYTES[type];
+}
+
 // `count` of them, one behind the other.
 constexpr diag_reg_st Array(diag_reg_st reg, uint32_t count) {
-    constexpr uint32_t BYTES[] = {1, 1, 2, 2, 4, 4, 8, 8};
     reg.num_regs = count;
-    reg.addr_stride = BYTES[reg.dtype];
+    reg.addr_stride = BytesOf(reg.dtype);
     return reg;
 }
 

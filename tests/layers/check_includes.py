@@ -13,11 +13,11 @@ import sys
 
 LIBRARY = ("i2c", "io", "t2080_mdio")
 # What chips hold, told without any device.
-LAYOUTS = ("i2c/crc16.h", "i2c/ddr3_spd.h", "i2c/mfg_inventory.h",
+LAYOUTS = ("i2c/big_endian.h", "i2c/crc16.h", "i2c/ddr3_spd.h", "i2c/mfg_inventory.h",
            "i2c/record_layout.h", "i2c/sfp_serial_id.h")
 
-# For each layer the layers, and single headers, that it may include from. A folder below a layer may be
-# a layer of its own; the longest name that fits a file is its layer.
+# For each layer the layers, and single headers, that it may include from. A folder
+# below a layer may be a layer of its own; the longest name that fits a file is its layer.
 MAY_INCLUDE = {
     "framework": ("framework",),
     "i2c": ("framework",) + LIBRARY,

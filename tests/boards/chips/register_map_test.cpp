@@ -130,7 +130,7 @@ struct CPart {
     }
 };
 
-unsigned int BytesOf(EValueType type) {
+unsigned int WidthOf(EValueType type) {
     return type == VT_UINT16 || type == VT_INT16 ? 2 : 1;
 }
 
@@ -155,7 +155,7 @@ TEST_P(RegisterMap, IsThatOfTheDataSheet) {
     for (const diag_reg_st& reg : FindRegisterPart(GetParam().name)->registers) {
         have.push_back(EntryOf(reg));
         if (reg.num_regs > 1) {
-            EXPECT_EQ(reg.addr_stride, BytesOf(reg.dtype)) << reg.name;
+            EXPECT_EQ(reg.addr_stride, WidthOf(reg.dtype)) << reg.name;
         }
     }
     EXPECT_EQ(have, GetParam().map);
@@ -169,7 +169,7 @@ TEST_P(RegisterMap, IsDumpedButForWhatAReadWouldChangeOrCannotTell) {
              ++i) {
             char begin[32];
             std::snprintf(begin, sizeof begin, "30 w %02x 30 r",
-                          entry.pointer + i * BytesOf(entry.type));
+                          entry.pointer + i * WidthOf(entry.type));
             want.emplace_back(entry.written_at == NO_POINTER ? "30 r" : begin);
         }
     }
