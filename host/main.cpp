@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "host/board_loader.h"
+#include "host/consent.h"
 #include "host/diag_log.h"
 #include "host/exception_text.h"
 #include "host/log_filter.h"
@@ -115,6 +116,9 @@ int Run(int argc, const char* const* argv) {
     CInterrupt interrupt;
     CShell shell(*root, terminal, interrupt, filter);
     reports.Attach(shell.Recorder());
+    if (options->force) {
+        CConsent::GrantAll();
+    }
     if (options->keep_going) {
         shell.KeepGoing();
     }

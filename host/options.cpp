@@ -48,6 +48,36 @@ void RefuseWithDecode(const CLI::App& app, const CLI::Option* json,
     }
 }
 
+// The options of the board that are worth a place of their own.
+std::vector<CLI::Option*> AddBoardOptions(CLI::App& app) {
+    const auto add = [&app](const char* name, const std::string& description, const char* value) {
+        return app.add_option(name, description)->type_name(value)->expected(1);
+    };
+    const std::string all_adapters = "All I2C adapters of this machine, without a device tree";
+    return {
+        add("--sim", "Simulate the board that a device tree blob describes", "FILE.dtb")
+            ->take_last(),
+        add("--state", "Where the simulated board keeps its EEPROMs", "DIR")->take_last(),
+        add("--dtb", "This machine is the board that a device tree blob describes", "FILE.dtb")
+            ->take_last(),
+        add("--bus", "The I2C bus of a node of the device tree is that device", "NODE=DEVICE")
+            ->take_all()
+            ->allow_extra_args(false),
+        app.add_flag("--i2c", all_adapters),
+    };
+}
+
+// As it was given, to the board.
+void HandOn(const CLI::Option& option, std::vector<std::string>& to) {
+    if (option.get_items_expected_max() == 0) {
+        to.insert(to.end(), option.count() != 0 ? 1 : 0, option.get_name());
+        return;
+    }
+    for (const std::string& value : option.reduced_results()) {
+        to.insert(to.end(), {option.get_name(), value});
+    }
+}
+
 }  // namespace
 
 std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit_status) {
@@ -56,8 +86,6 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
 
     COptions options;
     options.board = DefaultBoard();
-    std::string sim;
-    std::string state;
     std::vector<std::string> log_settings;
 
     CLI::App app("Hardware diagnostics: a prompt, or a script, on a board's tree of devices.",
@@ -71,6 +99,7 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
                        ->excludes(commands);
     app.add_flag("--keep-going", options.keep_going,
                  "Go on after a command that does not pass; the run ends with the worst status");
+    app.add_flag("--force", options.force, "Write to what the kernel's drivers own without asking");
     const CLI::Option* json = app.add_flag(
         "--json", options.json,
         "Print one JSON object for each command to standard output, and what people read "
@@ -89,19 +118,16 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
                          ->take_last();
     app.add_option("--board", options.board, "The board to load, a shared object")
         ->type_name("FILE.so");
-    app.add_option("--sim", sim, "Simulate the board that a device tree blob describes")
-        ->type_name("FILE.dtb")
-        ->take_last();
-    app.add_option("--state", state, "Where the simulated board keeps its EEPROMs")
-        ->type_name("DIR")
-        ->take_last();
+    const std::vector<CLI::Option*> of_board = AddBoardOptions(app);
     CDecodeOptions decode_options;
     const CLI::App* decode = AddDecodeCommand(app, decode_options);
     app.set_version_flag("--version", "diagsh (morva-diags) " MORVA_VERSION,
                          "Print the version and exit");
     app.footer(
-        "Without a command or a script, commands are read from standard input. Arguments\n"
-        "behind -- go to the board, as --sim and --state do.\n"
+        "Without --sim, --dtb and --i2c the board is the one that the running kernel's device\n"
+        "tree describes. Without a command or a script, commands are read from standard\n"
+        "input. Arguments behind -- go to the board, as --sim, --state, --dtb, --bus and\n"
+        "--i2c do.\n"
         "Exit status: 0 passed, 1 a command or a test failed, 2 wrong usage, 3 aborted,\n"
         "4 the host or the board could not start.");
     try {
@@ -126,11 +152,8 @@ std::optional<COptions> ReadOptions(int argc, const char* const* argv, int& exit
         exit_status = app.exit(e) == 0 ? EXIT_PASSED : EXIT_USAGE;
         return std::nullopt;
     }
-    if (!sim.empty()) {
-        options.board_arguments.insert(options.board_arguments.end(), {"--sim", sim});
-    }
-    if (!state.empty()) {
-        options.board_arguments.insert(options.board_arguments.end(), {"--state", state});
+    for (const CLI::Option* option : of_board) {
+        HandOn(*option, options.board_arguments);
     }
     options.board_arguments.insert(options.board_arguments.end(), for_board.begin(),
                                    for_board.end());

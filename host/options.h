@@ -12,6 +12,7 @@ struct COptions {
     std::vector<std::string> commands;  // of -c
     std::string script;
     bool keep_going = false;
+    bool force = false;
     bool json = false;
     std::string junit;  // the file of the report, if there shall be one
     std::string board;

@@ -24,7 +24,7 @@ CMuxChip::CMuxChip(const mux_part_t& part, const std::string& name, const std::s
     : CDiagI2cSwitch(name, description, devId, upstream_ch), m_part(part), m_addr(addr) {
     for (unsigned int ch = 0; ch < m_part.channels; ++ch) {
         const std::string number = std::to_string(ch);
-        m_channels.push_back({new CDiagMenu(TMENU, "ch" + number, "channel " + number), {}});
+        m_channels.push_back({new CDiagMenu(TMENU, "ch" + number, "channel " + number), {}, {}});
         AddChild(m_channels.back().menu, NO_SORT);
     }
 }

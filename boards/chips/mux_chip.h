@@ -12,15 +12,17 @@
 
 #include <cstdint>
 #include <list>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "boards/chips/mux_part.h"
+#include "framework/bus_scan.h"
 #include "framework/shared_path.h"
 #include "i2c/diag_i2c_switch.h"
 
-class CMuxChip : public CDiagI2cSwitch, public ISharedPath {
+class CMuxChip : public CDiagI2cSwitch, public ISharedPath, public IBusScan {
   public:
     // `addr`: the chip's slave address; `upstream_ch`: the channel of the
     // switch it hangs on, -1 on a root bus. `part` must outlive the chip.
@@ -54,11 +56,27 @@ class CMuxChip : public CDiagI2cSwitch, public ISharedPath {
     // whatever is open answers together.
     const CDiagDevice* PathTo(const CDiagDevice& target) const override;
 
+    // Scanning: each channel is a wire, and the bus above asks. The way is opened and
+    // closed whatever the path mode, as a probe does it.
+    std::vector<const CDiagMenu*> GetWires() const override;
+    void OpenWire(size_t wire) override;
+    bool CloseWay() override;
+    bool CanAsk(EScanAccess access) override;
+    CScanAnswer Ask(uint8_t addr, EScanAccess access) override;
+    std::string OwnerOf(uint8_t addr) override;
+    std::string NameAt(size_t wire, uint8_t addr) const override;
+    // Says what hangs on a channel at an address.
+    void SetNameAt(uint8_t ch, uint8_t addr, const std::string& name);
+
   private:
     struct CChannel {
         CDiagMenu* menu;  // a child
         std::list<uint8_t> found;
+        std::map<uint8_t, std::string> names;  // by address
     };
+
+    IBusScan& BusAbove();
+    bool OpenTo(uint8_t ch);
 
     CMuxChip* Upstream() const;
     bool OpenWay();

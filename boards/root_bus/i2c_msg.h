@@ -12,6 +12,9 @@ struct CI2cMsg {
     uint8_t addr = 0;  // 7 bits
     bool read = false;
     std::span<uint8_t> data;  // source of a write, destination of a read; may be empty
+    // An SMBus block: the first byte read tells how many follow. For controllers that can
+    // read one no other way; `data` is what will follow if all goes well.
+    bool counted = false;
 };
 
 enum EI2cOutcome : uint8_t {
@@ -27,7 +30,7 @@ struct CI2cResult {
     EI2cOutcome outcome = I2C_OK;
     size_t msg = 0;
     size_t byte = 0;
-    std::string text;
+    std::string text;  // of I2C_OTHER; of another outcome, what there is to be said besides
 
     bool IsOk() const { return outcome == I2C_OK; }
 

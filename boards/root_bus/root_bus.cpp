@@ -21,15 +21,12 @@ __attribute__((format(printf, 1, 2))) std::string Text(const char* fmt, ...) {
 }
 
 // Why a request must not go on the wire; empty when it may.
-std::string Refusal(const CI2cXfrReq& req, uint32_t max_size) {
+std::string Refusal(const CI2cXfrReq& req) {
     if (req.saddr > 0x7F) {
         return Text("bad address 0x%02x: 7 bits at most", req.saddr);
     }
     if (req.cmd_sel > 2) {
         return Text("bad command size %u: 2 bytes at most", req.cmd_sel);
-    }
-    if (req.tsize > max_size) {
-        return Text("bad length %u: this bus moves at most %u bytes", req.tsize, max_size);
     }
     if (req.tsize > 0 && req.data == nullptr) {
         return Text("no buffer for %u data bytes", req.tsize);
@@ -47,7 +44,7 @@ std::string DataNackText(const CI2cXfrReq& req, size_t byte) {
     return Text("0x%02x did not acknowledge the packet error code", req.saddr);
 }
 
-std::string FailureText(const CI2cResult& result, const CI2cXfrReq& req, unsigned int polls) {
+std::string OutcomeText(const CI2cResult& result, const CI2cXfrReq& req, unsigned int polls) {
     switch (result.outcome) {
         case I2C_NO_ADDR_ACK:
             if (result.msg > 0) {
@@ -68,10 +65,16 @@ std::string FailureText(const CI2cResult& result, const CI2cXfrReq& req, unsigne
         case I2C_OTHER:
             break;
     }
-    return result.text;
+    return {};
 }
 
 }  // namespace
+
+std::string CRootBus::FailureText(const CI2cResult& result, const CI2cXfrReq& req,
+                                  unsigned int polls) {
+    const std::string outcome = OutcomeText(result, req, polls);
+    return outcome + (outcome.empty() || result.text.empty() ? "" : ": ") + result.text;
+}
 
 CRootBus::CRootBus(const std::string& name, const std::string& description)
     : CI2cDevice(name, description),
@@ -108,7 +111,12 @@ bool CRootBus::RunPages(const char* operation, CI2cXfrReq& req, const eeprom_geo
 }
 
 bool CRootBus::Accept(const char* operation, CI2cXfrReq& req) {
-    const std::string refusal = Refusal(req, GetMaxTransSize());
+    const uint32_t max_size = GetMaxTransSize();
+    if (req.tsize > max_size) {
+        return Fail(operation, req, "bad length %u: %s moves at most %u bytes", req.tsize,
+                    Carrier().c_str(), max_size);
+    }
+    const std::string refusal = Refusal(req);
     return refusal.empty() || Fail(operation, req, "%s", refusal.c_str());
 }
 

@@ -10,18 +10,21 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "boards/root_bus/eeprom_table.h"
 #include "boards/root_bus/i2c_msg.h"
+#include "framework/bus_scan.h"
 #include "framework/diag_mutex.h"
 #include "framework/diag_value.h"
 #include "framework/shared_path.h"
 #include "i2c/diag_i2c_device.h"
 
-class CRootBus : public CI2cDevice, public ISharedPath {
+class CRootBus : public CI2cDevice, public ISharedPath, public IBusScan {
   public:
     // How long after a write a slave that answers nothing is asked again, every
     // millisecond.
@@ -64,6 +67,19 @@ class CRootBus : public CI2cDevice, public ISharedPath {
         return &target == this ? this : nullptr;
     }
 
+    // Scanning: the bus is one wire, and its multiplexers are closed meanwhile.
+    std::vector<const CDiagMenu*> GetWires() const override { return {this}; }
+    void OpenWire(size_t wire) override;
+    bool CloseWay() override { return true; }
+    // For a controller that cannot do all that it is asked, and for a bus that the
+    // kernel's drivers use too.
+    bool CanAsk(EScanAccess) override { return true; }
+    std::string OwnerOf(uint8_t) override { return {}; }
+    CScanAnswer Ask(uint8_t addr, EScanAccess access) override;
+    std::string NameAt(size_t wire, uint8_t addr) const override;
+    // Says what hangs directly on the bus at an address.
+    void SetNameAt(uint8_t addr, const std::string& name) { m_names[addr] = name; }
+
     // What went wrong in the last transfer; empty when it succeeded.
     std::string GetLastError() const { return m_last_error->Get(); }
 
@@ -72,6 +88,8 @@ class CRootBus : public CI2cDevice, public ISharedPath {
     // end, also after a failure. Called by one thread at a time. `again` tells
     // that a slave is asked again because its write cycle may run.
     virtual CI2cResult Transfer(std::span<const CI2cMsg> msgs, bool again) = 0;
+    // What cannot move more than GetMaxTransSize, as the subject of a sentence.
+    virtual std::string Carrier() const { return "this bus"; }
     // The time that the slaves of this bus live in, in milliseconds.
     virtual uint64_t NowMs();
     virtual void WaitMs(unsigned int ms);
@@ -80,6 +98,8 @@ class CRootBus : public CI2cDevice, public ISharedPath {
     // What went wrong; nothing when nothing did.
     using CFault = std::optional<std::string>;
 
+    static std::string FailureText(const CI2cResult& result, const CI2cXfrReq& req,
+                                   unsigned int polls);
     // `operation` is what the operator sees in the debug line.
     bool Run(const char* operation, CI2cXfrReq& req);
     bool RunPages(const char* operation, CI2cXfrReq& req, const eeprom_geometry_t& part);
@@ -91,8 +111,8 @@ class CRootBus : public CI2cDevice, public ISharedPath {
     bool Succeed(CI2cXfrReq& req);
     bool Fail(const char* operation, CI2cXfrReq& req, const char* fmt, ...)
         __attribute__((format(printf, 4, 5)));
-    bool CheckBlockLength(const char* operation, CI2cXfrReq& req, uint32_t len);
-    bool CheckBlockCount(const char* operation, CI2cXfrReq& req, uint32_t count, uint32_t len);
+    bool AcceptBlock(const char* operation, CI2cXfrReq& req, uint32_t len);
+    bool ReadBlock(const char* operation, CI2cXfrReq& req, std::span<uint8_t> out);
 
     CDiagMemValue<std::string>* m_last_error;  // a child node
     // Taken for each transfer, not while waiting between two. Not m_lock: the
@@ -100,6 +120,7 @@ class CRootBus : public CI2cDevice, public ISharedPath {
     // switches hold another.
     CMutex m_wire_lock;
     CEepromTable m_eeproms;
+    std::map<uint8_t, std::string> m_names;  // by address
     // When data was last written, for addresses that share a write cycle at the
     // first of them.
     std::array<std::optional<uint64_t>, 128> m_written_ms{};

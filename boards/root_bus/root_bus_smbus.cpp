@@ -93,54 +93,52 @@ bool CRootBus::smb_read_word(int8_t, uint8_t addr, uint8_t cmd, uint16_t* data) 
 }
 
 bool CRootBus::smb_block_write(int8_t, uint8_t addr, uint8_t cmd, uint32_t len, uint8_t* buf) {
+    constexpr const char* OPERATION = "smb_block_write";
     CI2cXfrReq req = BlockRequest(addr, cmd, len, buf);
-    return CheckBlockLength("smb_block_write", req, len) && Run("smb_block_write", req);
+    return AcceptBlock(OPERATION, req, len) && End(OPERATION, req, Carry(req));
 }
 
 bool CRootBus::smb_block_read(int8_t, uint8_t addr, uint8_t cmd, uint32_t len, uint8_t* buf) {
     constexpr const char* OPERATION = "smb_block_read";
-    std::array<uint8_t, 1 + SMBUS_BLOCK_MAX> block{};
     CI2cXfrReq req = CommandRequest(addr, true, cmd);
-    req.data = buf != nullptr ? block.data() : nullptr;
-    req.tsize = static_cast<byte_t>(1 + len);
-    if (!CheckBlockLength(OPERATION, req, len) || !Run(OPERATION, req) ||
-        !CheckBlockCount(OPERATION, req, block[0], len)) {
-        return false;
-    }
-    std::copy_n(block.begin() + 1, len, buf);
-    return true;
+    req.data = buf;
+    req.tsize = static_cast<byte_t>(len);
+    return AcceptBlock(OPERATION, req, len) && ReadBlock(OPERATION, req, std::span(&cmd, 1));
 }
 
 bool CRootBus::smb_block_process_call(int8_t, uint8_t addr, uint8_t cmd, uint32_t len,
                                       uint8_t* buf) {
     constexpr const char* OPERATION = "smb_block_process_call";
     CI2cXfrReq req = BlockRequest(addr, cmd, len, buf);
-    if (!CheckBlockLength(OPERATION, req, len) || !Accept(OPERATION, req)) {
+    if (!AcceptBlock(OPERATION, req, len)) {
         return false;
     }
     std::array<uint8_t, 2 + SMBUS_BLOCK_MAX> out{cmd, static_cast<uint8_t>(len)};
-    std::array<uint8_t, 1 + SMBUS_BLOCK_MAX> in{};
     std::copy_n(buf, len, out.begin() + 2);
-    const std::array<CI2cMsg, 2> msgs{CI2cMsg{addr, false, std::span(out).first(2 + len)},
-                                      CI2cMsg{addr, true, std::span(in).first(1 + len)}};
+    return ReadBlock(OPERATION, req, std::span(out).first(2 + len));
+}
+
+bool CRootBus::AcceptBlock(const char* operation, CI2cXfrReq& req, uint32_t len) {
+    if (len < 1 || len > SMBUS_BLOCK_MAX) {
+        return Fail(operation, req, "bad block length %u: a block is 1 to %u bytes", len,
+                    SMBUS_BLOCK_MAX);
+    }
+    return Accept(operation, req);
+}
+
+// Writes `out`, and reads the block that the request has a buffer for.
+bool CRootBus::ReadBlock(const char* operation, CI2cXfrReq& req, std::span<uint8_t> out) {
+    std::array<uint8_t, 1 + SMBUS_BLOCK_MAX> in{};
+    const std::span<uint8_t> counted = std::span(in).first(size_t{1} + req.tsize);
+    const std::array<CI2cMsg, 2> msgs{CI2cMsg{req.saddr, false, out},
+                                      CI2cMsg{req.saddr, true, counted, true}};
     if (const CFault fault = Exchange(req, msgs, false)) {
-        return End(OPERATION, req, fault);
+        return End(operation, req, fault);
     }
-    if (!CheckBlockCount(OPERATION, req, in[0], len)) {
-        return false;
+    if (in[0] != req.tsize) {
+        return Fail(operation, req, "0x%02x announced a block of %u bytes, not of %u", req.saddr,
+                    in[0], req.tsize);
     }
-    std::copy_n(in.begin() + 1, len, buf);
+    std::copy_n(in.begin() + 1, req.tsize, req.data);
     return Succeed(req);
-}
-
-bool CRootBus::CheckBlockLength(const char* operation, CI2cXfrReq& req, uint32_t len) {
-    return (len >= 1 && len <= SMBUS_BLOCK_MAX) ||
-           Fail(operation, req, "bad block length %u: a block is 1 to %u bytes", len,
-                SMBUS_BLOCK_MAX);
-}
-
-bool CRootBus::CheckBlockCount(const char* operation, CI2cXfrReq& req, uint32_t count,
-                               uint32_t len) {
-    return count == len || Fail(operation, req, "0x%02x announced a block of %u bytes, not of %u",
-                                req.saddr, count, len);
 }

@@ -39,8 +39,9 @@ class CSimBus : public CRootBus {
     uint64_t GetBytes() const { return m_bytes; }
     uint64_t GetWireNs() const { return m_clock.WireNs(); }
 
-  protected:
     CI2cResult Transfer(std::span<const CI2cMsg> msgs, bool again) override;
+
+  protected:
     uint64_t NowMs() override;
 
   private:

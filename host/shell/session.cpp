@@ -49,6 +49,7 @@ EExitStatus RunScript(CShell& shell, ILineReader& lines, const std::string& name
 
 EExitStatus RunTerminal(CShell& shell, ILineReader& lines) {
     CInterrupt& interrupt = shell.Interrupt();
+    shell.AskOperator();
     TellTrouble(shell);
     std::string line;
     bool at_end = false;

@@ -4,12 +4,14 @@
 #include <utility>
 
 #include "framework/diag_menu.h"
+#include "host/consent.h"
 #include "host/diag_clock.h"
 #include "host/diag_tree.h"
 #include "host/exception_text.h"
 #include "host/printable.h"
 #include "host/shell/builtins/builtins.h"
 #include "host/shell/input/command_line.h"
+#include "host/shell/input/question.h"
 #include "host/shell/node_path.h"
 #include "host/shell/run/foreground_stop.h"
 #include "host/shell/run/node_run.h"
@@ -25,6 +27,13 @@ std::string Joined(const std::vector<std::string>& words) {
         line += (line.empty() ? "" : " ") + Printable(word);
     }
     return line;
+}
+
+// Asks who sits at the prompt. After Ctrl-C nothing is asked any more.
+CConsent::CAsk AskAt(CShell& shell) {
+    return [&shell](const std::string& what) {
+        return !shell.IsInterrupted() && Ask(shell, what + "? [y/N] ") == EAnswer::YES;
+    };
 }
 
 }  // namespace
@@ -83,6 +92,7 @@ EExitStatus CShell::ExecuteCommand(const CCommand& command) {
     record.command = Joined(command.words);
     record.arguments.assign(command.words.begin() + 1, command.words.end());
     record.origin = m_origin;
+    const CConsent consent(AsksOperatorHere() ? AskAt(*this) : nullptr);
     try {
         record.status = Dispatch(command, open);
     } catch (const CUsageError& e) {

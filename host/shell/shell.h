@@ -38,6 +38,8 @@ class CShell {
     // Has scripts go on after a failure.
     void KeepGoing() { m_keep_going = true; }
     bool KeepsGoing() const { return m_keep_going; }
+    // Has the commands of lines that were typed ask the operator for consent.
+    void AskOperator() { m_asks_operator = true; }
 
     // What the built-ins work on.
     // The node in the prompt; the top when that node is gone.
@@ -70,6 +72,7 @@ class CShell {
                               EExitStatus status) const;
 
   private:
+    bool AsksOperatorHere() const { return m_asks_operator && m_origin.empty(); }
     EExitStatus ExecuteCommand(const CCommand& command);
     EExitStatus Dispatch(const CCommand& command, CRunRecorder::COpen& open);
     EExitStatus RunInForeground(CDiagObj& node, const std::vector<std::string>& arguments,
@@ -83,6 +86,7 @@ class CShell {
     std::string m_origin;
     bool m_quit = false;
     bool m_keep_going = false;
+    bool m_asks_operator = false;
     CHistory* m_history = nullptr;
     CTestResults m_results;
     CRunRecorder m_recorder;

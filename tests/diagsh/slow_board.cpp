@@ -6,9 +6,11 @@
 //     fail-at FILE       a test: fails once FILE exists, and does not stop before
 //     hold FILE          a command: keeps the device until FILE exists
 //     say TEXT           a command that needs the device for a moment
+//     overwrite [TEXT]   a command that wants the operator's consent, twice
 #include <filesystem>
 #include <string>
 
+#include "framework/consent.h"
 #include "framework/diag_board.h"
 #include "framework/diag_device.h"
 #include "framework/diag_func.h"
@@ -107,12 +109,33 @@ class CSayCmd : public CDiagFunc {
     }
 };
 
+class COverwriteCmd : public CDiagFunc {
+  public:
+    COverwriteCmd() : CDiagFunc("overwrite", "does what needs consent, twice", SHARES_DEVICE) {
+        AddChild(new CDiagParam(VT_STRING, "what", "what is to be done", PT_IN | PT_OPTIONAL),
+                 NO_SORT);
+    }
+    void Invoke(CInMsg& in, COutMsg& out) override {
+        std::string what = "overwrite it";
+        if (in.GetLen() != 0) {
+            in >> what;
+        }
+        for (int time = 0; time < 2; ++time) {
+            const bool allowed = AllowedByOperator(what);
+            SendLog(LW_PRINT, "%s %s\n", GetParentDevice()->GetName(),
+                    allowed ? "is overwritten" : "is left alone");
+        }
+        out << static_cast<uint8_t>(MSG_SUCCESS);
+    }
+};
+
 CDiagDevice* MakeDevice(const std::string& name) {
     auto* device = new CDiagDevice(name, "a slow device", TDEVICE);
     device->AddChild(new CUntilTest, CDiagObj::NO_SORT);
     device->AddChild(new CFailAtTest, CDiagObj::NO_SORT);
     device->AddChild(new CHoldCmd, CDiagObj::NO_SORT);
     device->AddChild(new CSayCmd, CDiagObj::NO_SORT);
+    device->AddChild(new COverwriteCmd, CDiagObj::NO_SORT);
     return device;
 }
 

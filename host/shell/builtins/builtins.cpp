@@ -12,6 +12,7 @@
 #include "host/shell/builtins/raw_export.h"
 #include "host/shell/builtins/raw_import.h"
 #include "host/shell/builtins/repeat.h"
+#include "host/shell/builtins/scan.h"
 #include "host/shell/builtins/sleep.h"
 #include "host/shell/builtins/source.h"
 #include "host/shell/builtins/status.h"
@@ -82,6 +83,13 @@ const std::vector<CBuiltin>& Builtins() {
          2,
          Find,
          {{WORD}, {NODE}}},
+        {"scan",
+         "[-a] [-q|-r] [NODE]",
+         "Show which addresses answer on the buses and behind their multiplexers.",
+         0,
+         ANY_NUMBER,
+         Scan,
+         {{CONTAINER, {"-a", "-q", "-r"}}}},
         {"peek",
          "NODE [POSITION|FIRST..LAST]",
          "Read a value, or elements of an array.",

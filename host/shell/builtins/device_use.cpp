@@ -3,9 +3,12 @@
 #include "host/device_lock.h"
 #include "host/shell/shell.h"
 
-CDeviceUse::CDeviceUse(const CShell& shell, const CDiagDevice& device, EDevLockType type) {
+CDeviceUse::CDeviceUse(const CShell& shell, const CDiagDevice& device, EDevLockType type)
+    : CDeviceUse(shell, {{&device, type}}) {}
+
+CDeviceUse::CDeviceUse(const CShell& shell, const std::vector<CDeviceClaim>& claims) {
     const CForeground foreground(shell.Interrupt(), CDeviceHold::WakeWaiting);
-    m_hold = CDeviceHold::Acquire({{&device, type}}, [&shell] { return shell.IsInterrupted(); });
+    m_hold = CDeviceHold::Acquire(claims, [&shell] { return shell.IsInterrupted(); });
 }
 
 CDeviceUse::~CDeviceUse() = default;

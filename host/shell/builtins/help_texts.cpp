@@ -39,6 +39,17 @@ const std::vector<CHelpText>& HelpTexts() {
          NAVIGATE,
          "Upper and lower case are the same. Without NODE the whole tree is searched.\n",
          {{"find eeprom", "all of them"}, {"find 0x50 /i2c-0", "what hangs at 0x50"}}},
+        {"scan",
+         RUN,
+         "Each bus and each channel of a multiplexer is a grid, or a line where nothing\n"
+         "answers: -- is no answer, the address itself an answer, UU what a driver of the\n"
+         "kernel works with, ^^ on a channel what answers nearer to the root bus already,\n"
+         "!! a failure of the bus. 0x08 to 0x77 are asked, with -a all: 0x30 to 0x37 and\n"
+         "0x50 to 0x5f by reading a byte, the others by a quick write. -q asks all by a\n"
+         "quick write, -r all by reading; either does harm to some chips.\n",
+         {{"scan", "where you are and below"},
+          {"scan /", "the whole board"},
+          {"scan i2c-0/pca9547-0/ch1", "a channel and what hangs on it"}}},
         {"repeat",
          RUN,
          "With a count all runs are done, whatever becomes of them; until-fail ends after\n"

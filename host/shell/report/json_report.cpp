@@ -4,6 +4,7 @@
 
 #include "framework/diag_functions.h"
 #include "host/log_types.h"
+#include "host/shell/report/json_scan.h"
 #include "host/shell/report/utc_time.h"
 #include "host/shell/run/result_name.h"
 
@@ -50,19 +51,22 @@ CJson ResultOf(const CRunRecord& record) {
 
 void CJsonReport::OnEnd(const CRunRecord& record) {
     const std::chrono::duration<double, std::milli> duration = record.duration;
-    const CJson object = {{"schema", SCHEMA_VERSION},
-                          {"command", record.command},
-                          {"path", TextOrNull(record.path)},
-                          {"arguments", record.arguments},
-                          {"origin", TextOrNull(record.origin)},
-                          {"job", record.job == 0 ? CJson() : CJson(record.job)},
-                          {"began", UtcTime(record.began)},
-                          {"duration_ms", duration.count()},
-                          {"result", ResultOf(record)},
-                          {"outputs", OutputsOf(record)},
-                          {"log", LogOf(record)},
-                          {"log_left_out", record.log_left_out},
-                          {"errors", record.errors}};
+    CJson object = {{"schema", SCHEMA_VERSION},
+                    {"command", record.command},
+                    {"path", TextOrNull(record.path)},
+                    {"arguments", record.arguments},
+                    {"origin", TextOrNull(record.origin)},
+                    {"job", record.job == 0 ? CJson() : CJson(record.job)},
+                    {"began", UtcTime(record.began)},
+                    {"duration_ms", duration.count()},
+                    {"result", ResultOf(record)},
+                    {"outputs", OutputsOf(record)},
+                    {"log", LogOf(record)},
+                    {"log_left_out", record.log_left_out},
+                    {"errors", record.errors}};
+    if (!record.scan.empty()) {
+        object["scan"] = ScanAsJson(record.scan);
+    }
     // Bytes that are no text, as a chip may answer, must not spoil the rest.
     const std::string line = object.dump(-1, ' ', false, CJson::error_handler_t::replace) + "\n";
     if (std::fwrite(line.data(), 1, line.size(), m_out) != line.size() || std::fflush(m_out) != 0) {

@@ -11,6 +11,7 @@
 #include "framework/diag_log_word.h"
 #include "framework/diag_types.h"
 #include "host/shell/exit_status.h"
+#include "host/shell/run/scan_result.h"
 #include "host/shell/value_type.h"
 
 // One value that a command answered.
@@ -40,6 +41,7 @@ struct CRunRecord {
     std::vector<CRunLogLine> log;
     size_t log_left_out = 0;  // lines beyond those that are kept
     std::vector<CRunOutput> outputs;
+    std::vector<CScannedWire> scan;   // of "scan", empty for everything else
     std::vector<std::string> errors;  // what the shell said of it on standard error
 
     std::optional<EResCode> code;  // of the node's answer

@@ -76,6 +76,12 @@ void CRunRecorder::NotePrint(std::string_view text) {
     }
 }
 
+void CRunRecorder::NoteScan(const std::vector<CScannedWire>& wires) {
+    if (COpen* open = OpenHere()) {
+        open->m_record.scan = wires;
+    }
+}
+
 void CRunRecorder::NoteCode(EResCode code) {
     if (t_open != nullptr) {
         t_open->m_record.code = code;

@@ -59,6 +59,7 @@ class CRunRecorder : public ILogSink {
     // Add to the record that is open on the calling thread, if one is.
     void NoteOutput(const std::string& name, CValueType type, const CValue& value);
     void NotePrint(std::string_view text);
+    void NoteScan(const std::vector<CScannedWire>& wires);
     static void NoteCode(EResCode code);
     static void NoteError(const std::string& text);
     // The job that the calling thread carries out, 0 if none.

@@ -57,6 +57,12 @@ TEST_F(RootBusErrors, TellOfTheBusItself) {
     EXPECT_EQ(TextOf(CI2cResult::Other("the adapter is gone")), "the adapter is gone");
 }
 
+TEST_F(RootBusErrors, TellWhatTheBusHasToSayBesides) {
+    CI2cResult result = CI2cResult::NoAddrAck(0);
+    result.text = "the adapter timed out";
+    EXPECT_EQ(TextOf(std::move(result)), "no acknowledge from 0x50: the adapter timed out");
+}
+
 TEST_F(RootBusErrors, AreCutToWhatTheRecordHolds) {
     const std::string text(300, 'x');
     EXPECT_EQ(TextOf(CI2cResult::Other(text)), text.substr(0, 255));

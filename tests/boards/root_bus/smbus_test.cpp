@@ -87,6 +87,16 @@ TEST_F(RootBusSmbus, BlockReadReadsTheCountAndTheBytes) {
     EXPECT_EQ(m_block[2], 0x30);
 }
 
+// The count is the controller's own business.
+TEST_F(RootBusSmbus, BlockReadMovesAsMuchAsTheBusDoes) {
+    m_bus.SetMaxTransSize(2);
+    m_bus.AnswerRead({2, 0xA1, 0xA2});
+    EXPECT_TRUE(m_bus.smb_block_read(NO_CHANNEL, 0x2A, 0x05, 2, m_block.data()));
+    EXPECT_FALSE(m_bus.smb_block_read(NO_CHANNEL, 0x2A, 0x05, 3, m_block.data()));
+    EXPECT_EQ(m_bus.GetLastError(), "bad length 3: this bus moves at most 2 bytes");
+    EXPECT_EQ(m_bus.Tapes().size(), 1U);
+}
+
 TEST_F(RootBusSmbus, BlockReadRefusesAnotherCountThanAskedFor) {
     m_bus.AnswerRead({5, 0xA1, 0xA2});
     EXPECT_FALSE(m_bus.smb_block_read(NO_CHANNEL, 0x2A, 0x05, 2, m_block.data()));
