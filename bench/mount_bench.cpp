@@ -11,6 +11,7 @@
 #include "bench/bench_main.h"
 #include "bench/bench_report.h"
 #include "boards/devicetree/board_mount.h"
+#include "boards/devicetree/sim_hardware.h"
 #include "tests/boards/devicetree/blob_builder.h"
 #include "tests/support/temp_folder.h"
 
@@ -62,7 +63,10 @@ void Mount(benchmark::State& state, const std::string& compatible) {
     const std::filesystem::path state_folder = folder / (compatible + std::to_string(devices));
     const std::vector<uint8_t> blob = Describe(devices, compatible);
     const CDeviceTree tree("bench.dtb", blob);
-    const auto mount = [&] { return MountBoard(tree, folder.Path(), state_folder); };
+    const auto mount = [&] {
+        CSimHardware hardware(folder / "images", state_folder);
+        return MountBoard(tree, folder / "xml", hardware);
+    };
     // The first start of a board makes the files of its memories; later ones are
     // measured.
     if (CountDevices(*mount()) != devices) {

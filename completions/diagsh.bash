@@ -22,8 +22,8 @@ _diagsh_decode()
 _diagsh()
 {
     local word=$2 name='' at=$COMP_CWORD option
-    local options="--help --keep-going --json --junit --log --log-file --board --sim
-        --state --version -c -h"
+    local options="--help --force --keep-going --json --junit --log --log-file --board --sim
+        --state --dtb --bus --i2c --version -c -h"
     local types="test-error system-error error warning system info progress result
         hw-debug sw-debug all"
     COMPREPLY=()
@@ -50,7 +50,10 @@ _diagsh()
 
     case $option in
     -c) ;;
-    --sim) _diagsh_files '*.dtb' "$word" ;;
+    --sim | --dtb) _diagsh_files '*.dtb' "$word" ;;
+    --bus)
+        [[ $name ]] && _diagsh_files '/dev/i2c-*' "$word"  # behind the node
+        ;;
     --board) _diagsh_files '*.so' "$word" ;;
     --junit | --log-file) _diagsh_files '*' "$word" ;;
     --state)
@@ -68,7 +71,8 @@ _diagsh()
     *)
         if [[ $word == -* ]]; then
             # Behind -- they are the board's.
-            [[ " ${COMP_WORDS[*]:0:COMP_CWORD} " == *" -- "* ]] && options="--sim --state"
+            [[ " ${COMP_WORDS[*]:0:COMP_CWORD} " == *" -- "* ]] && options="--sim --state --dtb --bus
+                --i2c"
             mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
         else
             _diagsh_files '*' "$word"

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <utility>
@@ -14,6 +15,10 @@
 namespace {
 
 constexpr uint8_t PORT_WIDTH = 8;
+
+uint64_t PageSize() {
+    return static_cast<uint64_t>(::sysconf(_SC_PAGESIZE));
+}
 
 [[noreturn]] void Fail(const char* what, const std::filesystem::path& path, int err) {
     throw CDiagException("cannot %s %s: %s", what, path.c_str(), GetErrorStr(err).c_str());
@@ -37,11 +42,13 @@ CPortTable::CPortTable(uint8_t ports)
       m_regt{&m_register, 1} {}
 
 CMappedIoDevice::CMappedIoDevice(const std::string& name, const std::string& description,
-                                 std::filesystem::path file, uint8_t ports)
+                                 std::filesystem::path file, uint64_t offset, uint8_t ports)
     : CPortTable(ports),
       CDiagIoDevice(name, description, &m_regt),
       m_path(std::move(file)),
-      m_file(::open(m_path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK)) {
+      m_file(::open(m_path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK)),
+      m_offset(offset),
+      m_ahead(static_cast<size_t>(offset % PageSize())) {
     m_num_ports = ports;
     m_port_width = PORT_WIDTH;
     if (!m_file.IsOpen()) {
@@ -50,15 +57,16 @@ CMappedIoDevice::CMappedIoDevice(const std::string& name, const std::string& des
     if (const std::string shortage = Shortage(); !shortage.empty()) {
         throw CDiagException("%s", shortage.c_str());
     }
-    void* bytes = ::mmap(nullptr, m_num_ports, PROT_READ | PROT_WRITE, MAP_SHARED, m_file.Get(), 0);
-    if (bytes == MAP_FAILED) {
+    m_pages = ::mmap(nullptr, m_ahead + m_num_ports, PROT_READ | PROT_WRITE, MAP_SHARED,
+                     m_file.Get(), static_cast<off_t>(offset - m_ahead));
+    if (m_pages == MAP_FAILED) {
         Fail("map", m_path, errno);
     }
-    m_bytes = static_cast<uint8_t*>(bytes);
+    m_bytes = static_cast<uint8_t*>(m_pages) + m_ahead;
 }
 
 CMappedIoDevice::~CMappedIoDevice() {
-    ::munmap(const_cast<uint8_t*>(m_bytes), m_num_ports);
+    ::munmap(m_pages, m_ahead + m_num_ports);
 }
 
 uint32_t CMappedIoDevice::ReadIoPort(int port, uint8_t* val) {
@@ -114,9 +122,10 @@ std::string CMappedIoDevice::Shortage() const {
     if (::fstat(m_file.Get(), &info) != 0) {
         return "cannot examine " + m_path.string() + ": " + GetErrorStr(errno);
     }
-    if (!S_ISREG(info.st_mode) || info.st_size >= m_num_ports) {
+    const uint64_t end = m_offset + m_num_ports;
+    if (!S_ISREG(info.st_mode) || static_cast<uint64_t>(info.st_size) >= end) {
         return {};
     }
     return m_path.string() + " has " + std::to_string(info.st_size) + " bytes, the ports take " +
-           std::to_string(m_num_ports);
+           std::to_string(end);
 }

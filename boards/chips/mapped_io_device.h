@@ -1,8 +1,10 @@
 // I/O ports in memory: a file that is mapped, such as the region of a device that the
-// kernel exports. Port n is its byte n; the register "port" is an array of them. Every
+// kernel exports, or all of the memory. Port n is the byte n behind `offset`; the register
+// "port" is an array of them. Every
 // access reaches the file, byte by byte.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -25,7 +27,7 @@ class CMappedIoDevice : private CPortTable, public CDiagIoDevice {
     // Throws CDiagException, naming the file and the reason, when it is missing, has fewer
     // bytes than there are ports, or cannot be mapped.
     CMappedIoDevice(const std::string& name, const std::string& description,
-                    std::filesystem::path file, uint8_t ports);
+                    std::filesystem::path file, uint64_t offset, uint8_t ports);
     ~CMappedIoDevice() override;
 
     uint32_t ReadIoPort(int port, uint8_t* val) override;
@@ -39,6 +41,9 @@ class CMappedIoDevice : private CPortTable, public CDiagIoDevice {
 
     const std::filesystem::path m_path;
     const CFileDescriptor m_file;
-    volatile uint8_t* m_bytes = nullptr;
-    CMutex m_write_lock;  // from reading a port to writing it back
+    const uint64_t m_offset;
+    const size_t m_ahead;       // bytes of the first page in front of the ports
+    void* m_pages = nullptr;    // mapped
+    volatile uint8_t* m_bytes;  // the ports
+    CMutex m_write_lock;        // from reading a port to writing it back
 };

@@ -1,6 +1,5 @@
 #include "boards/devicetree/board_mount.h"
 
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,51 +7,55 @@
 #include "boards/devicetree/compatible_table.h"
 #include "boards/devicetree/i2c_mount.h"
 #include "boards/devicetree/io_mount.h"
+#include "boards/devicetree/left_out.h"
+#include "boards/devicetree/left_out_cmd.h"
 #include "boards/devicetree/mdio_mount.h"
 #include "boards/devicetree/mount_step.h"
-#include "boards/devicetree/plain_node.h"
 #include "boards/devicetree/printable_text.h"
 #include "boards/devicetree/property_reader.h"
 #include "boards/devicetree/sibling_names.h"
-#include "boards/sim/sim_device.h"
 
 namespace {
 
-std::string Model(const CDeviceTreeNode& root) {
-    std::string model = "board";
-    MountStep([&] { model = ReadString(root, "model").value_or(model); });
-    return PrintableText(model);
-}
-
 class CBoardMount {
   public:
-    CBoardMount(const CDeviceTree& tree, const std::filesystem::path& folder,
-                const std::filesystem::path& state)
+    CBoardMount(const CDeviceTree& tree, const std::filesystem::path& tables,
+                IBoardHardware& hardware)
         : m_tree(tree),
-          m_root(std::make_unique<CDiagMenu>(TMENU, "board", Model(tree.Root()))),
-          m_sim(std::make_unique<CSimDevice>()),
-          m_i2c(tree, m_names, *m_sim, folder, state),
-          m_io(m_names, *m_sim, state),
-          m_mdio(*m_root, m_names) {
-        m_names.Below(*m_root).Take(m_sim->GetName());
+          m_hardware(hardware),
+          m_root(std::make_unique<CDiagMenu>(TMENU, "board", Model())),
+          m_i2c(tree, m_names, hardware, m_left_out, tables),
+          m_io(m_names, hardware),
+          m_mdio(*m_root, m_names, m_left_out) {
+        m_names.Below(*m_root).Take(CLeftOutCmd::NAME);
+        m_hardware.Begin(*m_root, m_names);
     }
 
     std::unique_ptr<CDiagMenu> Mount() {
         MountBelow(m_tree.Root(), *m_root);
         // Modules name their bus, so all buses must be there.
         for (const auto& [node, match] : m_modules) {
-            MountStep([this, node = node, &match = match] { m_i2c.MountModule(*node, match); });
+            m_left_out.Step(
+                [this, node = node, &match = match] { m_i2c.MountModule(*node, match); });
         }
         m_i2c.WarnOfSharedAddresses();
-        AddNode(*m_root, std::move(m_sim));
+        m_hardware.End(*m_root);
+        TellLeftOut();
+        AddNode(*m_root, std::make_unique<CLeftOutCmd>(m_left_out.Texts()));
         return std::move(m_root);
     }
 
   private:
+    std::string Model() {
+        std::string model = "board";
+        m_left_out.Step([&] { model = ReadString(m_tree.Root(), "model").value_or(model); });
+        return PrintableText(model);
+    }
+
     // The nodes that are not on an I2C or MDIO bus.
     void MountBelow(const CDeviceTreeNode& parent, CDiagMenu& menu) {
         for (const auto& child : parent.Children()) {
-            MountStep([&] { MountNode(*child, menu); });
+            m_left_out.Step([&] { MountNode(*child, menu); });
         }
     }
 
@@ -66,11 +69,17 @@ class CBoardMount {
         const bool has_port =
             match.binding != nullptr && match.binding->kind == EBindingKind::MDIO_BUS;
         if (IsDisabled(node) && !has_port) {
-            AddNode(menu, CreatePlainNode(Request(node, match, menu), "disabled"));
+            m_left_out.Add(node, match.compatible, "disabled");
             return;
         }
+        if (m_hardware.HasBus(node)) {
+            m_i2c.MountBus(node, match, menu);
+            return;
+        }
+        // Most of what a processor holds is of no use here, but what hangs below it may be.
         if (match.binding == nullptr) {
-            MountBelow(node, AddNode(menu, CreateUnknownNode(Request(node, match, menu))));
+            m_left_out.Add(node, match.compatible, "not known");
+            MountBelow(node, menu);
             return;
         }
         switch (match.binding->kind) {
@@ -90,22 +99,29 @@ class CBoardMount {
                 m_modules.emplace_back(&node, match);
                 break;
             case EBindingKind::I2C_DEVICE:
-            case EBindingKind::MDIO_PHY:
-            case EBindingKind::MDIO_C45_PHY:
+            case EBindingKind::I2C_MUX:
                 throw CDiagException("%s: \"%s\" does not stand on a bus that it could answer on",
                                      node.Path().c_str(), PrintableText(match.compatible).c_str());
+            case EBindingKind::MDIO_PHY:
+            case EBindingKind::MDIO_C45_PHY:
+                // Of another controller than this processor's, which is left out as well.
+                m_left_out.Add(node, match.compatible, "not on an MDIO bus that is known");
+                break;
         }
     }
 
-    CDeviceRequest Request(const CDeviceTreeNode& node, const CMatch& match,
-                           const CDiagMenu& menu) {
-        return {node, match.compatible, std::nullopt, m_names.Below(menu)};
+    void TellLeftOut() const {
+        if (const size_t count = m_left_out.Texts().size()) {
+            diag_pf_send_log(LW_INFO, "%zu nodes of the description are not in the tree: see /%s\n",
+                             count, CLeftOutCmd::NAME);
+        }
     }
 
     const CDeviceTree& m_tree;
+    IBoardHardware& m_hardware;
     CTreeNames m_names;
+    CLeftOut m_left_out;
     std::unique_ptr<CDiagMenu> m_root;
-    std::unique_ptr<CSimDevice> m_sim;
     CI2cMount m_i2c;
     CIoMount m_io;
     CMdioMount m_mdio;
@@ -114,7 +130,7 @@ class CBoardMount {
 
 }  // namespace
 
-std::unique_ptr<CDiagMenu> MountBoard(const CDeviceTree& tree, const std::filesystem::path& folder,
-                                      const std::filesystem::path& state) {
-    return CBoardMount(tree, folder, state).Mount();
+std::unique_ptr<CDiagMenu> MountBoard(const CDeviceTree& tree, const std::filesystem::path& tables,
+                                      IBoardHardware& hardware) {
+    return CBoardMount(tree, tables, hardware).Mount();
 }

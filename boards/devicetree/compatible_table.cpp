@@ -13,7 +13,7 @@ namespace {
 using enum EBindingKind;
 
 constexpr CBinding Mux(std::string_view compatible) {
-    return {compatible, I2C_DEVICE, CreateMuxNode, CreateSimMux};
+    return {compatible, I2C_MUX, CreateMuxNode, CreateSimMux};
 }
 
 constexpr CBinding Eeprom(std::string_view compatible, CBinding::DescribeEeprom describe,

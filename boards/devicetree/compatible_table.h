@@ -15,6 +15,7 @@ enum class EBindingKind {
     CONTAINER,  // a bus of the processor that only holds other nodes
     I2C_BUS,
     I2C_DEVICE,
+    I2C_MUX,
     IO_PORTS,
     I2C_MODULE,  // pluggable: stands anywhere and names its bus
     MDIO_BUS,

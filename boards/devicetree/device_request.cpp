@@ -19,5 +19,5 @@ std::string CDeviceRequest::Text() const {
     if (addr) {
         text += " at " + toString(*addr, VF_HEX);
     }
-    return text;
+    return note.empty() ? text : text + " (" + note + ")";
 }

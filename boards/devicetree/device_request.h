@@ -18,7 +18,7 @@ struct CDeviceRequest {
 
     // The name of the one node that will stand for the device.
     std::string TakeName() const { return names.TakeUnique(wanted); }
-    // "COMPATIBLE at 0xADDR", as far as there is either.
+    // "COMPATIBLE at 0xADDR", as far as there is either, and the note.
     std::string Text() const;
 
     const CDeviceTreeNode& node;
@@ -29,4 +29,5 @@ struct CDeviceRequest {
     const CI2cWire* wire = nullptr;      // what a device on I2C hangs on
     const eeprom_part_t* eeprom = nullptr;  // what an EEPROM is
     std::filesystem::path tables;           // the folder of the board's XML tables
+    std::string note;                       // what is to be said of it besides; may be empty
 };

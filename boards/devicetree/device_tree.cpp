@@ -2,6 +2,7 @@
 
 #include <libfdt.h>
 
+#include <algorithm>
 #include <optional>
 
 #include "boards/devicetree/phandle_check.h"
@@ -157,4 +158,21 @@ void CDeviceTree::AddPhandle(const CDeviceTreeNode& node) {
     for (const auto& child : node.Children()) {
         AddPhandle(*child);
     }
+}
+
+const CDeviceTreeNode* CDeviceTree::NodeAt(std::string_view path) const {
+    if (!path.starts_with('/')) {
+        return nullptr;
+    }
+    const CDeviceTreeNode* node = m_root.get();
+    path.remove_prefix(1);
+    while (node != nullptr && !path.empty()) {
+        const std::string_view name = path.substr(0, path.find('/'));
+        const auto& children = node->Children();
+        const auto child = std::find_if(children.begin(), children.end(),
+                                        [name](const auto& c) { return c->Name() == name; });
+        node = child == children.end() ? nullptr : child->get();
+        path.remove_prefix(std::min(path.size(), name.size() + 1));
+    }
+    return node;
 }

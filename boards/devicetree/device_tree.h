@@ -8,6 +8,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "boards/devicetree/device_tree_node.h"
@@ -28,6 +29,8 @@ class CDeviceTree {
     const CDeviceTreeNode& Root() const { return *m_root; }
     // The node with that phandle, or null.
     const CDeviceTreeNode* NodeOf(uint32_t phandle) const;
+    // The node of that path, or null.
+    const CDeviceTreeNode* NodeAt(std::string_view path) const;
 
   private:
     void AddPhandle(const CDeviceTreeNode& node);

@@ -1,44 +1,20 @@
 #include "boards/devicetree/i2c_mount.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <vector>
 
-#include "boards/chips/board_node_path.h"
-#include "boards/chips/board_sfp_eeprom.h"
 #include "boards/devicetree/i2c_nodes.h"
 #include "boards/devicetree/mount_step.h"
+#include "boards/devicetree/node_name.h"
 #include "boards/devicetree/plain_node.h"
 #include "boards/devicetree/printable_text.h"
 #include "boards/devicetree/property_reader.h"
 
 namespace {
 
-constexpr uint32_t STANDARD_CLOCK_HZ = 100'000;
-constexpr uint32_t MAX_CLOCK_HZ = 5'000'000;
 constexpr uint32_t LAST_ADDR = 0x7F;
 constexpr uint8_t MODULE_ADDR = 0x50;  // of every pluggable module's serial ID
-
-uint32_t ClockHz(const CDeviceTreeNode& node) {
-    const uint32_t hz = ReadU32(node, "clock-frequency").value_or(STANDARD_CLOCK_HZ);
-    if (hz == 0 || hz > MAX_CLOCK_HZ) {
-        throw CDiagException("%s: property \"clock-frequency\" is %u, should be 1 to %u",
-                             node.Path().c_str(), hz, MAX_CLOCK_HZ);
-    }
-    return hz;
-}
-
-// The node whose children are the channels: the multiplexer's own node, or the
-// one that it keeps for them beside other children.
-const CDeviceTreeNode& ChannelsOf(const CDeviceTreeNode& mux) {
-    for (const auto& child : mux.Children()) {
-        if (child->Name() == "i2c-mux") {
-            return *child;
-        }
-    }
-    return mux;
-}
 
 // The bus must know how the part is addressed before anything is written there.
 void Declare(const CDeviceTreeNode& node, const eeprom_part_t& part, uint8_t addr, CRootBus& bus) {
@@ -57,19 +33,22 @@ void Declare(const CDeviceTreeNode& node, const eeprom_part_t& part, uint8_t add
 }  // namespace
 
 void CI2cMount::MountBus(const CDeviceTreeNode& node, const CMatch& match, CDiagMenu& menu) {
-    const uint32_t hz = ClockHz(node);
     if (node.Find("reg") == nullptr) {
         diag_pf_send_log(LW_INFO,
                          "%s: has no property \"reg\", which controller it is stays open\n",
                          node.Path().c_str());
     }
     const CDeviceRequest request(node, match.compatible, std::nullopt, m_names.Below(menu));
-    CSimBus& bus = AddNode(
-        menu,
-        std::make_unique<CSimBus>(TakeBusName(request.wanted, menu),
-                                  request.Text() + ", simulated, " + toString(hz, 0) + " Hz", hz));
-    m_sim.AddBus(bus);
+    CRootBus& bus =
+        AddNode(menu, m_hardware.CreateBus(request, TakeBusName(WantedBusName(node), menu)));
     MountWire(node, m_wires.emplace_back(bus));
+}
+
+// Its label, else the number that the description gives it, else the node's name.
+std::string CI2cMount::WantedBusName(const CDeviceTreeNode& node) const {
+    const std::optional<uint32_t> number = m_aliases.NumberOf(node);
+    const bool has_label = !ReadString(node, "label").value_or("").empty();
+    return number && !has_label ? "i2c-" + std::to_string(*number) : TypeableName(WantedName(node));
 }
 
 // A name that neither another bus nor a sibling has.
@@ -85,7 +64,7 @@ std::string CI2cMount::TakeBusName(const std::string& wanted, CDiagMenu& menu) {
 void CI2cMount::MountWire(const CDeviceTreeNode& node, CI2cWire& wire) {
     m_wire_of[&node] = &wire;
     for (const auto& child : node.Children()) {
-        MountStep([&] { MountNode(*child, wire); });
+        m_left_out.Step([&] { MountNode(*child, wire); });
     }
 }
 
@@ -94,11 +73,11 @@ void CI2cMount::MountNode(const CDeviceTreeNode& node, CI2cWire& wire) {
     const auto addr = static_cast<uint8_t>(RequireReg(node, 1, LAST_ADDR, "a 7-bit address"));
     if (IsDisabled(node)) {
         // Its address is free: alternatives of one place are described this way.
-        const CDeviceRequest request(node, match.compatible, addr, m_names.Below(wire.Menu()));
-        AddNode(wire.Menu(), CreatePlainNode(request, "disabled"));
+        m_left_out.Add(node, match.compatible, "disabled");
         return;
     }
-    if (match.binding != nullptr && match.binding->kind != EBindingKind::I2C_DEVICE) {
+    if (match.binding != nullptr && match.binding->kind != EBindingKind::I2C_DEVICE &&
+        match.binding->kind != EBindingKind::I2C_MUX) {
         throw CDiagException("%s: \"%s\" is not a device on an I2C bus", node.Path().c_str(),
                              PrintableText(match.compatible).c_str());
     }
@@ -124,12 +103,13 @@ void CI2cMount::MountDevice(const CDeviceTreeNode& node, const CMatch& match, ui
     CDeviceRequest request(node, match.compatible, addr, m_names.Below(wire.Menu()));
     request.wire = &wire;
     request.tables = m_tables;
+    request.note = m_hardware.NoteOf(wire, addr);
     if (match.binding != nullptr) {
         MountKnown(request, *match.binding, addr, wire);
         return;
     }
     wire.Claim(addr, 1, node);
-    MountUnknown(request, wire.Menu());
+    MountUnknown(request, wire);
 }
 
 void CI2cMount::MountKnown(CDeviceRequest& request, const CBinding& binding, uint8_t addr,
@@ -148,58 +128,29 @@ void CI2cMount::MountKnown(CDeviceRequest& request, const CBinding& binding, uin
     } else {
         wire.Claim(addr, 1, node);
     }
-    const CSimParts chip = CreateChip(request, binding, addr, wire);
-
+    if (binding.kind == EBindingKind::I2C_MUX && m_hardware.IsMuxDriven(wire, addr)) {
+        MountDrivenMux(request, addr, wire);
+        return;
+    }
+    const IBoardHardware::CShow show = m_hardware.PlaceChip(request, binding, addr, wire);
     CDiagMenu& device = AddNode(wire.Menu(), binding.create_node(request));
-    if (chip.memory != nullptr) {
-        m_sim.AddContents(TakeSimName(device), *chip.memory);
-    }
-    if (chip.diagnostics != nullptr) {
-        m_sim.AddContents(TakeSimName(*device.FindChild(CBoardSfpEeprom::DIAGNOSTICS)),
-                          *chip.diagnostics);
-    }
-    if (chip.registers != nullptr) {
-        m_sim.AddOutside(TakeSimName(device), *chip.registers);
-    }
-    if (chip.mux != nullptr) {
-        MountChannels(node, dynamic_cast<CDiagI2cSwitch&>(device), *chip.mux, wire);
+    wire.Name(node, device.GetName());
+    show(device);
+    if (binding.kind == EBindingKind::I2C_MUX) {
+        MountSwitch(node, dynamic_cast<CDiagI2cSwitch&>(device), wire);
     }
 }
 
-CSimParts CI2cMount::CreateChip(const CDeviceRequest& request, const CBinding& binding,
-                                uint8_t addr, CI2cWire& wire) const {
-    if (binding.create_chip == nullptr) {
-        return {};
-    }
-    if (request.eeprom != nullptr) {
-        LockState();
-    }
-    const std::filesystem::path file = wire.Folder() / ContentsFile(addr);
-    return binding.create_chip({.node = request.node,
-                                .compatible = request.compatible,
-                                .addr = addr,
-                                .wire = wire,
-                                .eeprom = request.eeprom,
-                                .contents = m_state / file,
-                                .image = m_images / file});
-}
-
-void CI2cMount::LockState() const {
-    try {
-        m_sim.LockState(m_state);
-    } catch (const CDiagException& fault) {
-        throw CContentsFault(fault.what());
-    }
-}
-
-void CI2cMount::MountUnknown(const CDeviceRequest& request, CDiagMenu& menu) {
-    ShowBelow(request.node, AddNode(menu, CreateUnknownSlave(request)));
+void CI2cMount::MountUnknown(const CDeviceRequest& request, const CI2cWire& wire) {
+    CDiagMenu& device = AddNode(wire.Menu(), CreateUnknownSlave(request));
+    wire.Name(request.node, device.GetName());
+    ShowBelow(request.node, device);
 }
 
 // What a device that is not known holds can be shown, but nothing can be said of it.
 void CI2cMount::ShowBelow(const CDeviceTreeNode& parent, CDiagMenu& menu) {
     for (const auto& child : parent.Children()) {
-        MountStep([&] {
+        m_left_out.Step([&] {
             const CDeviceRequest request(*child, MatchCompatible(*child).compatible, std::nullopt,
                                          m_names.Below(menu));
             CDiagMenu& plain =
@@ -209,19 +160,43 @@ void CI2cMount::ShowBelow(const CDeviceTreeNode& parent, CDiagMenu& menu) {
     }
 }
 
-void CI2cMount::MountChannels(const CDeviceTreeNode& node, CDiagI2cSwitch& mux, CSimMux& chip,
-                              const CI2cWire& above) {
-    std::vector<CI2cWire*> channels(static_cast<size_t>(mux.getNumberofChannels()));
-    for (unsigned int ch = 0; ch < channels.size(); ++ch) {
-        channels[ch] = &m_wires.emplace_back(above, mux, mux.getI2cAddr(), static_cast<int8_t>(ch),
-                                             chip.Channel(ch));
+void CI2cMount::MountSwitch(const CDeviceTreeNode& node, CDiagI2cSwitch& mux,
+                            const CI2cWire& above) {
+    std::vector<CI2cWire*> channels;
+    for (int ch = 0; ch < mux.getNumberofChannels(); ++ch) {
+        channels.push_back(&m_wires.emplace_back(above, mux, static_cast<int8_t>(ch)));
     }
+    MountChannels(node, channels);
+}
+
+// The tree looks as it does where the multiplexer is driven from here, but its channels
+// are buses that take care of themselves.
+void CI2cMount::MountDrivenMux(const CDeviceRequest& request, uint8_t addr, const CI2cWire& above) {
+    const mux_part_t& part = RequireMuxPart(request);
+    const CNumberedName name = TakeMuxName(request);
+    CDiagMenu& menu =
+        AddNode(above.Menu(),
+                std::make_unique<CDiagMenu>(TMENU, name.base + "-" + std::to_string(name.number),
+                                            request.Text() + ": multiplexer"));
+    above.Name(request.node, menu.GetName());
+    std::vector<CI2cWire*> channels;
+    for (unsigned int ch = 0; ch < part.channels; ++ch) {
+        auto bus = m_hardware.CreateChannelBus(above, addr, ch, "ch" + std::to_string(ch));
+        channels.push_back(bus == nullptr
+                               ? nullptr
+                               : &m_wires.emplace_back(AddNode(menu, std::move(bus)), &above));
+    }
+    MountChannels(request.node, channels);
+}
+
+void CI2cMount::MountChannels(const CDeviceTreeNode& node, const std::vector<CI2cWire*>& channels) {
     std::vector<const CDeviceTreeNode*> described(channels.size());
     for (const auto& child : ChannelsOf(node).Children()) {
-        MountStep([&] {
+        m_left_out.Step([&] {
             const auto last = static_cast<uint32_t>(channels.size() - 1);
             const uint32_t ch = RequireReg(*child, 0, last, "a channel");
             if (IsDisabled(*child)) {
+                m_left_out.Add(*child, {}, "disabled");
                 return;
             }
             if (described[ch] != nullptr) {
@@ -229,17 +204,13 @@ void CI2cMount::MountChannels(const CDeviceTreeNode& node, CDiagI2cSwitch& mux, 
                                      child->Path().c_str(), ch, described[ch]->Path().c_str());
             }
             described[ch] = child.get();
+            if (channels[ch] == nullptr) {
+                throw CDiagException("%s: the kernel has no adapter for channel %u",
+                                     child->Path().c_str(), ch);
+            }
             MountWire(*child, *channels[ch]);
         });
     }
-}
-
-// Below the simulation the place in the tree is one word:
-// "i2c-0.pca9547-0.ch0.spd-0".
-std::string CI2cMount::TakeSimName(const CDiagObj& device) {
-    std::string name = NodePath(device).substr(1);
-    std::replace(name.begin(), name.end(), '/', '.');
-    return m_names.Below(m_sim).TakeUnique(name);
 }
 
 void CI2cMount::WarnOfSharedAddresses() const {

@@ -6,25 +6,29 @@
 #include <filesystem>
 #include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
+#include "boards/devicetree/aliases.h"
+#include "boards/devicetree/board_hardware.h"
 #include "boards/devicetree/compatible_table.h"
 #include "boards/devicetree/device_tree.h"
 #include "boards/devicetree/i2c_wire.h"
+#include "boards/devicetree/left_out.h"
 #include "boards/devicetree/sibling_names.h"
-#include "boards/sim/sim_device.h"
 
 class CI2cMount {
   public:
-    // Memories live in files below `state`, and begin with what the file of the
-    // same place below `folder`/images holds. All references outlive the mounting.
-    CI2cMount(const CDeviceTree& tree, CTreeNames& names, CSimDevice& sim,
-              const std::filesystem::path& folder, std::filesystem::path state)
+    // `tables` is the folder of the board's XML tables. All references outlive the
+    // mounting.
+    CI2cMount(const CDeviceTree& tree, CTreeNames& names, IBoardHardware& hardware,
+              CLeftOut& left_out, std::filesystem::path tables)
         : m_tree(tree),
           m_names(names),
-          m_sim(sim),
-          m_images(folder / "images"),
-          m_tables(folder / "xml"),
-          m_state(std::move(state)) {}
+          m_hardware(hardware),
+          m_left_out(left_out),
+          m_tables(std::move(tables)),
+          m_aliases(tree.Root(), "i2c") {}
 
     // Both throw CDiagException when the node itself cannot be mounted; what
     // cannot be mounted below it is reported.
@@ -36,29 +40,26 @@ class CI2cMount {
     void WarnOfSharedAddresses() const;
 
   private:
+    std::string WantedBusName(const CDeviceTreeNode& node) const;
     std::string TakeBusName(const std::string& wanted, CDiagMenu& menu);
     void MountWire(const CDeviceTreeNode& node, CI2cWire& wire);
     void MountNode(const CDeviceTreeNode& node, CI2cWire& wire);
     void MountDevice(const CDeviceTreeNode& node, const CMatch& match, uint8_t addr,
                      CI2cWire& wire);
     void MountKnown(CDeviceRequest& request, const CBinding& binding, uint8_t addr, CI2cWire& wire);
-    // To be called before a memory is made.
-    void LockState() const;
-    void MountUnknown(const CDeviceRequest& request, CDiagMenu& menu);
+    void MountUnknown(const CDeviceRequest& request, const CI2cWire& wire);
     void ShowBelow(const CDeviceTreeNode& parent, CDiagMenu& menu);
-    CSimParts CreateChip(const CDeviceRequest& request, const CBinding& binding, uint8_t addr,
-                         CI2cWire& wire) const;
-    void MountChannels(const CDeviceTreeNode& node, CDiagI2cSwitch& mux, CSimMux& chip,
-                       const CI2cWire& above);
-    std::string TakeSimName(const CDiagObj& device);
+    void MountSwitch(const CDeviceTreeNode& node, CDiagI2cSwitch& mux, const CI2cWire& above);
+    void MountDrivenMux(const CDeviceRequest& request, uint8_t addr, const CI2cWire& above);
+    void MountChannels(const CDeviceTreeNode& node, const std::vector<CI2cWire*>& channels);
 
     const CDeviceTree& m_tree;
     CTreeNames& m_names;
-    CSimDevice& m_sim;
-    const std::filesystem::path m_images;
+    IBoardHardware& m_hardware;
+    CLeftOut& m_left_out;
     const std::filesystem::path m_tables;
-    const std::filesystem::path m_state;
-    // The state folder and the fault commands know buses by their names alone.
+    const CAliases m_aliases;
+    // State folders and the commands of the simulation know buses by their names alone.
     CSiblingNames m_bus_names;
     std::deque<CI2cWire> m_wires;
     std::unordered_map<const CDeviceTreeNode*, CI2cWire*> m_wire_of;  // of buses and channels

@@ -102,16 +102,26 @@ std::unique_ptr<CDiagMenu> CreateExpander(const CDeviceRequest& request) {
 
 }  // namespace
 
-std::unique_ptr<CDiagMenu> CreateMuxNode(const CDeviceRequest& request) {
+const mux_part_t& RequireMuxPart(const CDeviceRequest& request) {
     const mux_part_t* part = FindMuxPart(PartName(request.compatible));
     if (part == nullptr) {
         throw CDiagException("%s: there is no multiplexer \"%s\"", request.node.Path().c_str(),
                              PrintableText(request.compatible).c_str());
     }
-    const CNumberedName wanted = SplitNumber(request.wanted);
-    const uint32_t number = request.names.TakeNumbered(wanted.base, wanted.number);
-    return std::make_unique<CMuxChip>(*part, wanted.base, request.Text() + ": multiplexer", number,
-                                      AddrOf(request), request.wire->Channel());
+    return *part;
+}
+
+CNumberedName TakeMuxName(const CDeviceRequest& request) {
+    CNumberedName name = SplitNumber(request.wanted);
+    name.number = request.names.TakeNumbered(name.base, name.number);
+    return name;
+}
+
+std::unique_ptr<CDiagMenu> CreateMuxNode(const CDeviceRequest& request) {
+    const mux_part_t& part = RequireMuxPart(request);
+    const CNumberedName name = TakeMuxName(request);
+    return std::make_unique<CMuxChip>(part, name.base, request.Text() + ": multiplexer",
+                                      name.number, AddrOf(request), request.wire->Channel());
 }
 
 std::unique_ptr<CDiagMenu> CreateEepromNode(const CDeviceRequest& request) {

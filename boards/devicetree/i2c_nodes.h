@@ -5,10 +5,17 @@
 
 #include <memory>
 
+#include "boards/chips/mux_part.h"
 #include "boards/devicetree/device_request.h"
+#include "boards/devicetree/node_name.h"
 #include "framework/diag_menu.h"
 
-// A CMuxChip, named by its number: the label's own, or the first free one.
+// The multiplexer that the request is for. Throws CDiagException when there is no such part.
+const mux_part_t& RequireMuxPart(const CDeviceRequest& request);
+// The number is the label's own, or the first free one.
+CNumberedName TakeMuxName(const CDeviceRequest& request);
+
+// A CMuxChip.
 std::unique_ptr<CDiagMenu> CreateMuxNode(const CDeviceRequest& request);
 
 // A CBoardEeprom. A part that is more than one device to the library is a menu

@@ -1,25 +1,24 @@
 #include "boards/devicetree/i2c_wire.h"
 
+#include "boards/chips/mux_chip.h"
 #include "framework/diag_exception.h"
 #include "framework/diag_functions.h"
 
-CI2cWire::CI2cWire(CSimBus& bus)
+CI2cWire::CI2cWire(CRootBus& bus, const CI2cWire* above)
     : m_bus(bus),
       m_root(bus),
       m_menu(bus),
-      m_segment(bus.Segment()),
       m_channel(-1),
       m_folder(bus.GetName()),
-      m_above(nullptr) {}
+      m_above(above) {}
 
-CI2cWire::CI2cWire(const CI2cWire& above, CDiagI2cSwitch& mux, uint8_t addr, int8_t ch,
-                   CSimSegment& segment)
+CI2cWire::CI2cWire(const CI2cWire& above, CDiagI2cSwitch& mux, int8_t ch)
     : m_bus(mux),
       m_root(above.m_root),
       m_menu(*mux.getChannelMenu(ch)),
-      m_segment(segment),
       m_channel(ch),
-      m_folder(above.m_folder / toString(addr, VF_HEX | VF_PAD) / ("ch" + std::to_string(ch))),
+      m_folder(above.m_folder / toString(mux.getI2cAddr(), VF_HEX | VF_PAD) /
+               ("ch" + std::to_string(ch))),
       m_above(&above) {}
 
 void CI2cWire::Claim(uint8_t addr, unsigned int count, const CDeviceTreeNode& node) {
@@ -31,6 +30,19 @@ void CI2cWire::Claim(uint8_t addr, unsigned int count, const CDeviceTreeNode& no
     }
     for (unsigned int taken = addr; taken < addr + count; ++taken) {
         m_claims.emplace(static_cast<uint8_t>(taken), &node);
+    }
+}
+
+void CI2cWire::Name(const CDeviceTreeNode& claimant, const std::string& name) const {
+    for (const auto& [addr, node] : m_claims) {
+        if (node != &claimant) {
+            continue;
+        }
+        if (auto* mux = dynamic_cast<CMuxChip*>(&m_bus)) {
+            mux->SetNameAt(static_cast<uint8_t>(m_channel), addr, name);
+        } else {
+            m_root.SetNameAt(addr, name);
+        }
     }
 }
 

@@ -9,8 +9,7 @@
 
 #include "boards/chips/board_place.h"
 #include "boards/devicetree/device_tree_node.h"
-#include "boards/sim/sim_bus.h"
-#include "boards/sim/sim_segment.h"
+#include "boards/root_bus/root_bus.h"
 #include "framework/diag_menu.h"
 #include "i2c/diag_i2c_switch.h"
 
@@ -18,16 +17,16 @@ class CI2cWire {
   public:
     using CClaims = std::map<uint8_t, const CDeviceTreeNode*>;
 
-    explicit CI2cWire(CSimBus& bus);
-    // Channel `ch` of a switch that hangs on `above`; `segment` is the wire
-    // behind it and `addr` the switch's address.
-    CI2cWire(const CI2cWire& above, CDiagI2cSwitch& mux, uint8_t addr, int8_t ch,
-             CSimSegment& segment);
+    // A bus; `above` is the wire of the multiplexer whose channel it is, if the kernel
+    // makes a bus of that.
+    explicit CI2cWire(CRootBus& bus, const CI2cWire* above = nullptr);
+    // Channel `ch` of a switch that hangs on `above`.
+    CI2cWire(const CI2cWire& above, CDiagI2cSwitch& mux, int8_t ch);
 
     // The tree node under which the devices of this wire stand.
     CDiagMenu& Menu() const { return m_menu; }
-    CSimSegment& Segment() const { return m_segment; }
-    const CSimClock& Clock() const { return m_root.Clock(); }
+    // The root bus, or the switch that the wire is a channel of.
+    CI2cDevice& Bus() const { return m_bus; }
     CRootBus& Root() const { return m_root; }
     // Of the switch that the wire is a channel of; -1 on a root bus.
     int8_t Channel() const { return m_channel; }
@@ -42,14 +41,15 @@ class CI2cWire {
     // with both nodes when another one has one of them.
     void Claim(uint8_t addr, unsigned int count, const CDeviceTreeNode& node);
     const CClaims& Claims() const { return m_claims; }
+    // Tells who scans the wire how the addresses that a node claimed are called.
+    void Name(const CDeviceTreeNode& claimant, const std::string& name) const;
     // The node that has the address, or null.
     const CDeviceTreeNode* ClaimantOf(uint8_t addr) const;
 
   private:
     CI2cDevice& m_bus;
-    CSimBus& m_root;
+    CRootBus& m_root;
     CDiagMenu& m_menu;
-    CSimSegment& m_segment;
     const int8_t m_channel;
     const std::filesystem::path m_folder;
     const CI2cWire* const m_above;

@@ -3,59 +3,34 @@
 #include <algorithm>
 #include <span>
 #include <string>
-#include <utility>
 
 #include "boards/chips/mapped_io_device.h"
+#include "boards/devicetree/bus_address.h"
 #include "boards/devicetree/mount_step.h"
 #include "boards/devicetree/property_reader.h"
-#include "boards/sim/sim_memory.h"
 
 namespace {
 
 constexpr uint64_t MAX_PORTS = UINT8_MAX;
 
-// What a device tree means where a node does not say.
-constexpr uint32_t ADDRESS_CELLS = 2;
-constexpr uint32_t SIZE_CELLS = 1;
-
-// How many cells the parent gives the address, or the size, in its children's "reg".
-uint32_t CellsBelow(const CDeviceTreeNode& parent, const char* property, uint32_t otherwise) {
-    const uint32_t cells = ReadU32(parent, property).value_or(otherwise);
-    if (cells != 1 && cells != 2) {
-        throw CDiagException("%s: property \"%s\" is %u, should be 1 or 2 for I/O ports",
-                             parent.Path().c_str(), property, cells);
-    }
-    return cells;
-}
-
-uint64_t NumberOf(std::span<const uint32_t> cells) {
-    uint64_t number = 0;
-    for (const uint32_t cell : cells) {
-        number = number << 32 | cell;
-    }
-    return number;
-}
-
 }  // namespace
-
-CIoMount::CIoMount(CTreeNames& names, CSimDevice& sim, std::filesystem::path state)
-    : m_names(names), m_sim(sim), m_state(std::move(state)) {}
 
 void CIoMount::MountPorts(const CDeviceTreeNode& node, const CMatch& match, CDiagMenu& menu) {
     const CRegion region = RegionOf(node);
     Claim(region);
     const CDeviceRequest request(node, match.compatible, region.address, m_names.Below(menu));
-    const std::filesystem::path file = FileOf(region);
+    const ports_file_t mapped =
+        m_hardware.PortsFile(node, region.address, static_cast<uint32_t>(region.ports));
     AddNode(menu,
             std::make_unique<CMappedIoDevice>(
                 request.TakeName(), request.Text() + ": " + std::to_string(region.ports) + " ports",
-                file, static_cast<uint8_t>(region.ports)));
+                mapped.file, mapped.offset, static_cast<uint8_t>(region.ports)));
 }
 
 CIoMount::CRegion CIoMount::RegionOf(const CDeviceTreeNode& node) {
     const CDeviceTreeNode& parent = *node.Parent();
-    const uint32_t address_cells = CellsBelow(parent, "#address-cells", ADDRESS_CELLS);
-    const uint32_t size_cells = CellsBelow(parent, "#size-cells", SIZE_CELLS);
+    const uint32_t address_cells = CellsBelow(parent, "#address-cells");
+    const uint32_t size_cells = CellsBelow(parent, "#size-cells");
     const std::vector<uint32_t> reg = ReadCells(node, "reg");
     if (reg.size() != address_cells + size_cells) {
         throw CDiagException(
@@ -86,14 +61,4 @@ void CIoMount::Claim(const CRegion& region) {
         }
     }
     m_regions.push_back(region);
-}
-
-std::filesystem::path CIoMount::FileOf(const CRegion& region) {
-    const std::string name = toString(region.address, VF_HEX) + ".bin";
-    try {
-        m_sim.LockState(m_state);
-        return CSimMemory(m_state / "io-ports" / name, static_cast<uint32_t>(region.ports)).Path();
-    } catch (const CDiagException& fault) {
-        throw CContentsFault(fault.what());
-    }
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "boards/devicetree/property_reader.h"
+#include "framework/diag_exception.h"
 
 bool IsDisabled(const CDeviceTreeNode& node) {
     const std::optional<std::string> status = ReadString(node, "status");
@@ -17,4 +18,13 @@ uint32_t RequireReg(const CDeviceTreeNode& node, uint32_t first, uint32_t last, 
                              node.Path().c_str(), reg, what, first, last);
     }
     return reg;
+}
+
+const CDeviceTreeNode& ChannelsOf(const CDeviceTreeNode& mux) {
+    for (const auto& child : mux.Children()) {
+        if (child->Name() == "i2c-mux") {
+            return *child;
+        }
+    }
+    return mux;
 }

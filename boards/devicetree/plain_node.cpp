@@ -8,11 +8,6 @@ std::unique_ptr<CDiagMenu> CreatePlainNode(const CDeviceRequest& request, const 
     return std::make_unique<CDiagMenu>(TMENU, request.TakeName(), request.Text() + ": " + note);
 }
 
-std::unique_ptr<CDiagMenu> CreateUnknownNode(const CDeviceRequest& request) {
-    TellUnknown(request, "a plain node");
-    return CreatePlainNode(request, "not known");
-}
-
 void TellUnknown(const CDeviceRequest& request, const char* what) {
     diag_pf_send_log(LW_INFO, "%s: \"%s\" is not known, mounted as %s\n",
                      request.node.Path().c_str(), PrintableText(request.compatible).c_str(), what);

@@ -9,7 +9,5 @@
 // Described as "COMPATIBLE at 0xADDR: NOTE".
 std::unique_ptr<CDiagMenu> CreatePlainNode(const CDeviceRequest& request, const char* note);
 
-// For devices that are not known; says so in the log.
-std::unique_ptr<CDiagMenu> CreateUnknownNode(const CDeviceRequest& request);
-// The line in the log; `what` is what stands in for the device.
+// Says in the log that a device is not known; `what` is what stands in for it.
 void TellUnknown(const CDeviceRequest& request, const char* what);

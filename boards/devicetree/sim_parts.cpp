@@ -58,8 +58,8 @@ CSimParts CreateSimEeprom(const CChipRequest& request) {
                                        .addr_bytes = part.addr_bytes,
                                        .addresses = part.addresses,
                                        .write_protected = part.read_only};
-    CSimAt24& chip = request.wire.Segment().Add(std::make_unique<CSimAt24>(
-        chip_part, request.addr, CreateMemory(request, part.size), request.wire.Clock()));
+    CSimAt24& chip = request.segment.Add(std::make_unique<CSimAt24>(
+        chip_part, request.addr, CreateMemory(request, part.size), request.clock));
     return {.memory = &chip.Memory()};
 }
 
@@ -81,7 +81,7 @@ CSimParts CreateSimMux(const CChipRequest& request) {
     if (part == nullptr) {
         RefusePart(request);
     }
-    return {.mux = &request.wire.Segment().Add(std::make_unique<CSimMux>(*part, request.addr))};
+    return {.mux = &request.segment.Add(std::make_unique<CSimMux>(*part, request.addr))};
 }
 
 CSimParts CreateSimRegisters(const CChipRequest& request) {
@@ -89,5 +89,5 @@ CSimParts CreateSimRegisters(const CChipRequest& request) {
     if (part == nullptr) {
         RefusePart(request);
     }
-    return {.registers = &request.wire.Segment().Add(part->create(*part, request.addr))};
+    return {.registers = &request.segment.Add(part->create(*part, request.addr))};
 }

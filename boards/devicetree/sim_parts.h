@@ -8,10 +8,11 @@
 
 #include "boards/devicetree/device_tree_node.h"
 #include "boards/devicetree/eeprom_part.h"
-#include "boards/devicetree/i2c_wire.h"
+#include "boards/sim/sim_clock.h"
 #include "boards/sim/sim_memory.h"
 #include "boards/sim/sim_mux.h"
 #include "boards/sim/sim_registers.h"
+#include "boards/sim/sim_segment.h"
 #include "framework/diag_exception.h"
 
 // What is to be put on the wire.
@@ -19,7 +20,8 @@ struct CChipRequest {
     const CDeviceTreeNode& node;
     std::string compatible;
     uint8_t addr;
-    CI2cWire& wire;
+    CSimSegment& segment;
+    const CSimClock& clock;
     const eeprom_part_t* eeprom;     // what an EEPROM is
     std::filesystem::path contents;  // the file that a memory lives in
     std::filesystem::path image;     // what it holds at first; may be missing

@@ -54,7 +54,8 @@ class BashCompletion(unittest.TestCase):
         self.assertEqual(self.offered("--json", "--s"), ["--sim", "--state"])
 
     def test_it_offers_the_options_of_the_board_behind_two_dashes(self):
-        self.assertEqual(self.offered("--json", "--", "-"), ["--sim", "--state"])
+        self.assertEqual(self.offered("--json", "--", "-"),
+                         ["--sim", "--state", "--dtb", "--bus", "--i2c"])
 
     def test_it_offers_blobs_to_simulate_and_folders_on_the_way(self):
         self.assertCountEqual(self.offered("--sim", ""), ["board.dtb", "boards", "two words"])

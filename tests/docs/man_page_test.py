@@ -1,7 +1,7 @@
 """The man pages say of the programs what these say of themselves.
 
 Runs with the source folder, the programs and the default board's blob in SOURCES, DIAGSH,
-DIAG_MDIO_UTIL, MORVA_MDIO_SIM and DTB.
+DIAG_MDIO_UTIL, MORVA_I2C_SIM, MORVA_MDIO_SIM and DTB.
 """
 
 import os
@@ -43,7 +43,7 @@ class ManPages(unittest.TestCase):
     def test_they_are_well_formed(self):
         pages = sorted(DOCS.glob("*.1"))
         self.assertEqual([page.name for page in pages],
-                         ["diag_mdio_util.1", "diagsh.1", "morva-mdio-sim.1"])
+                         ["diag_mdio_util.1", "diagsh.1", "morva-i2c-sim.1", "morva-mdio-sim.1"])
         for page in pages:
             self.assertEqual(run("mandoc", "-T", "lint", "-W", "warning", str(page)), "")
 
@@ -78,6 +78,29 @@ class MorvaMdioSim(unittest.TestCase):
         usage = re.search("usage: (.*)", run(os.environ["MORVA_MDIO_SIM"], "--help")).group(1)
         self.assertEqual(section(rendered("morva-mdio-sim.1"), "SYNOPSIS", "DESCRIPTION").strip(),
                          usage)
+
+
+class MorvaI2cSim(unittest.TestCase):
+    def setUp(self):
+        self.help = run(os.environ["MORVA_I2C_SIM"], "--help")
+        self.page = rendered("morva-i2c-sim.1")
+
+    def test_its_page_has_the_form_of_its_usage(self):
+        usage = re.search("usage: (.*)", self.help).group(1)
+        self.assertEqual(section(self.page, "SYNOPSIS", "DESCRIPTION").strip(), usage)
+
+    def test_its_page_has_the_options_of_help_and_no_others(self):
+        offered = re.findall(r"^  (-\S+(?: [A-Z]+)?)", self.help, re.MULTILINE)
+        self.assertIn("--no-ack HOW", offered)
+        described = headings(section(self.page, "DESCRIPTION", "ENVIRONMENT"), "-")
+        self.assertEqual(sorted(described), sorted(o.replace(",", ", ") for o in offered))
+
+    def test_its_page_has_the_names_that_options_take(self):
+        described = section(self.page, "DESCRIPTION", "ENVIRONMENT")
+        lists = re.findall(r"(?:list of|acknowledged:) (.*)$", self.help, re.MULTILINE)
+        self.assertEqual(len(lists), 2)
+        for name in ", ".join(lists).split(", "):
+            self.assertRegex(described, rf"[ ,]{name}[ ,.\n]")
 
 
 class Diagsh(unittest.TestCase):

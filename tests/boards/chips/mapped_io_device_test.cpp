@@ -14,11 +14,11 @@ using Names = std::vector<std::string>;
 
 class MappedIoDevice : public testing::Test {
   protected:
-    CMappedIoDevice Device(uint8_t ports) { return {"io", "ports", m_file, ports}; }
+    CMappedIoDevice Device(uint8_t ports) { return {"io", "ports", m_file, 0, ports}; }
 
     std::string FaultOf(const std::filesystem::path& file, uint8_t ports) {
         try {
-            const CMappedIoDevice device("io", "ports", file, ports);
+            const CMappedIoDevice device("io", "ports", file, 0, ports);
         } catch (const CDiagException& fault) {
             return fault.what();
         }
@@ -35,6 +35,20 @@ TEST_F(MappedIoDevice, ReadsItsPortsFromTheFile) {
     EXPECT_EQ(Send(NodeAt(device, "read-port"), MSG_CALL, uint8_t{2}).bytes, (Bytes{0, 0x33}));
     PatchFile(m_file, 2, 0x5A);
     EXPECT_EQ(Send(NodeAt(device, "read-port"), MSG_CALL, uint8_t{2}).bytes, (Bytes{0, 0x5A}));
+}
+
+TEST_F(MappedIoDevice, BeginsWhereItIsToldTo) {
+    std::vector<uint8_t> bytes(5000, 0xEE);
+    bytes[4097] = 0x42;
+    bytes[4999] = 0x43;
+    const std::filesystem::path file = m_folder.Write("memory.bin", bytes);
+    {
+        CMappedIoDevice device("io", "ports", file, 4097, 3);
+        EXPECT_EQ(Send(NodeAt(device, "read-port"), MSG_CALL, uint8_t{0}).bytes, (Bytes{0, 0x42}));
+    }
+    CMappedIoDevice last("io", "ports", file, 4999, 1);
+    EXPECT_EQ(Send(NodeAt(last, "read-port"), MSG_CALL, uint8_t{0}).bytes, (Bytes{0, 0x43}));
+    EXPECT_THROW(CMappedIoDevice("io", "ports", file, 4999, 2), CDiagException);
 }
 
 TEST_F(MappedIoDevice, WritesOnlyTheBitsOfTheMaskAndOnlyItsByte) {

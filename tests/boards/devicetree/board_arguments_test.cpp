@@ -78,9 +78,50 @@ TEST(BoardArguments, NeedSomewhereToPutTheState) {
     EXPECT_EQ(Parse({"--sim", "board.dtb", "--state", "s"}).state, "s");
 }
 
-TEST(BoardArguments, NeedABlob) {
-    EXPECT_EQ(ThrownText([] { Parse({}); }),
-              "this board can only be simulated so far: name its device tree blob with --sim FILE");
+TEST(BoardArguments, MeanThisMachineOtherwise) {
+    const CBoardArguments none = Parse({});
+    EXPECT_EQ(none.kind, EBoardKind::DESCRIBED);
+    EXPECT_EQ(none.blob, "");
+    const CBoardArguments dtb = Parse({"--dtb", "x.dtb"});
+    EXPECT_EQ(dtb.kind, EBoardKind::DESCRIBED);
+    EXPECT_EQ(dtb.blob, "x.dtb");
+    EXPECT_EQ(Parse({"--i2c"}).kind, EBoardKind::ADAPTERS);
+    EXPECT_EQ(Parse({"--sim", "x.dtb", "--state", "s"}).kind, EBoardKind::SIMULATED);
+}
+
+TEST(BoardArguments, NameTheDevicesOfBuses) {
+    const CBoardArguments arguments =
+        Parse({"--bus", "/soc/i2c@1=/dev/i2c-3", "--dtb", "x.dtb", "--bus=/i2c@2=/dev/by=name"});
+    using Buses = std::map<std::string, std::string>;
+    EXPECT_EQ(arguments.buses, (Buses{{"/soc/i2c@1", "/dev/i2c-3"}, {"/i2c@2", "/dev/by=name"}}));
+}
+
+TEST(BoardArguments, SayHowABusIsNamed) {
+    for (const char* wrong : {"i2c0=/dev/i2c-3", "/soc/i2c@1", "/soc/i2c@1=", "=", ""}) {
+        EXPECT_EQ(ThrownText([wrong] {
+                      Parse({"--bus", wrong});
+                  }),
+                  std::string("board arguments: --bus ") + wrong +
+                      ": should be NODE=DEVICE, as in --bus /soc/i2c@118000=/dev/i2c-0");
+    }
+}
+
+TEST(BoardArguments, RefuseWhatContradictsItself) {
+    const std::vector<std::vector<const char*>> wrong = {
+        {"--sim", "a.dtb", "--dtb", "b.dtb"},
+        {"--sim", "a.dtb", "--i2c"},
+        {"--sim", "a.dtb", "--bus", "/i2c@1=/dev/i2c-1"},
+        {"--i2c", "--dtb", "b.dtb"},
+        {"--i2c", "--bus", "/i2c@1=/dev/i2c-1"},
+        {"--state", "s"},
+        {"--dtb", "b.dtb", "--state", "s"},
+        {"--dtb", ""},
+        {"--sim", ""},
+    };
+    for (const auto& arguments : wrong) {
+        EXPECT_EQ(ThrownText([&] { Parse(arguments); }).find("board arguments: "), 0U)
+            << arguments[0];
+    }
 }
 
 TEST(BoardArguments, RefuseWhatTheyDoNotKnow) {

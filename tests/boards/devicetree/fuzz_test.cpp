@@ -15,6 +15,7 @@
 
 #include "boards/devicetree/board_mount.h"
 #include "boards/devicetree/device_tree.h"
+#include "boards/devicetree/sim_hardware.h"
 #include "framework/diag_exception.h"
 #include "tests/boards/devicetree/blob_builder.h"
 #include "tests/support/temp_folder.h"
@@ -234,7 +235,8 @@ TEST(BlobFuzz, MountsWhateverTreeComesOfIt) {
     const COutcome outcome = Fuzz(20240602, 2'000, [&folder](const CDeviceTree& tree) {
         // The chip at a place changes its size from one tree to the next.
         std::filesystem::remove_all(folder.Path() / "state");
-        ExpectNamesAreTypeableAndUnique(*MountBoard(tree, folder.Path(), folder.Path() / "state"));
+        CSimHardware hardware(folder / "images", folder / "state");
+        ExpectNamesAreTypeableAndUnique(*MountBoard(tree, folder / "xml", hardware));
     });
     EXPECT_GT(outcome.trees, 200U);
     // All that was written lies where it should.

@@ -67,10 +67,22 @@ TEST_F(MdioMount, LeavesADisabledBusItsPort) {
     builder.Device("phy@2", "ethernet-phy-ieee802.3-c22", 2).Text("status", "disabled").End();
     builder.End();
     Mount(builder);
-    EXPECT_EQ(DescriptionAt("/mdio/mdio@1"), "fsl,fman-xmdio: port 0, disabled");
-    EXPECT_EQ(NamesAt("/mdio/mdio@1"), Names{});
-    EXPECT_EQ(DescriptionAt("/mdio/mdio@2/phy@2"),
-              "ethernet-phy-ieee802.3-c22 at 0x2: port 1, device 2, disabled");
+    EXPECT_EQ(NamesAt("/mdio"), Names{"mdio@2"});
+    EXPECT_EQ(DescriptionAt("/mdio/mdio@2"), "fsl,fman-xmdio: port 1");
+    EXPECT_EQ(NamesAt("/mdio/mdio@2"), Names{});
+    EXPECT_EQ(LeftOut(), (Names{"/mdio@1: \"fsl,fman-xmdio\" is disabled\n",
+                                "/mdio@2/phy@2: \"ethernet-phy-ieee802.3-c22\" is disabled\n"}));
+}
+
+TEST_F(MdioMount, LeavesOutThePhysOfAnotherController) {
+    CBlobBuilder builder;
+    builder.Begin("mdio@1").Text("compatible", "acme,mdio");
+    builder.Device("phy@2", "ethernet-phy-ieee802.3-c22", 2).End().End();
+    Mount(builder);
+    EXPECT_EQ(Warnings(), Names{});
+    EXPECT_EQ(LeftOut(), (Names{"/mdio@1: \"acme,mdio\" is not known\n",
+                                "/mdio@1/phy@2: \"ethernet-phy-ieee802.3-c22\" is not on an MDIO "
+                                "bus that is known\n"}));
 }
 
 TEST_F(MdioMount, TellsWhichPhyIsOutOfReach) {

@@ -9,11 +9,13 @@
 #include <vector>
 
 #include "boards/devicetree/board_mount.h"
+#include "boards/devicetree/sim_hardware.h"
 #include "framework/diag_menu.h"
 #include "host/diag_tree.h"
 #include "i2c/diag_i2c_device.h"
 #include "tests/boards/devicetree/blob_builder.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/request.h"
 #include "tests/support/temp_folder.h"
 
 class CMountTest : public testing::Test {
@@ -34,7 +36,8 @@ class CMountTest : public testing::Test {
         const std::vector<uint8_t> blob = builder.Finish();
         const CDeviceTree tree("b.dtb", blob);
         m_root.reset();  // two boards cannot have one folder
-        m_root = MountBoard(tree, m_folder.Path(), m_folder.Path() / "state");
+        CSimHardware hardware(m_folder / "images", m_folder / "state");
+        m_root = MountBoard(tree, m_folder / "xml", hardware);
         return *m_root;
     }
 
@@ -66,6 +69,13 @@ class CMountTest : public testing::Test {
             throw std::runtime_error("no bus " + name);
         }
         return *bus;
+    }
+
+    // What the command "left-out" prints.
+    std::vector<std::string> LeftOut() {
+        const CLogCapture log;
+        EXPECT_EQ(Send(NodeAt(*m_root, "left-out"), MSG_CALL).bytes, std::vector<uint8_t>{0});
+        return log.Texts(LW_PRINT);
     }
 
     std::vector<std::string> Warnings() const { return m_log.Texts(LW_WARN); }

@@ -121,11 +121,40 @@ TEST_F(MountTree, FindsBusesBelowAnUnknownContainer) {
     builder.Begin("fpga@0").Text("compatible", "acme,fpga");
     builder.Begin("i2c@1").Text("compatible", "fsl-i2c").End().End();
     Mount(builder);
-    EXPECT_EQ(DescriptionAt("/fpga@0"), "acme,fpga: not known");
-    EXPECT_EQ(DescriptionAt("/fpga@0/i2c@1"), "fsl-i2c, simulated, 100000 Hz");
+    EXPECT_EQ(NamesAt("/"), (Names{"i2c@1", "sim"}));
+    EXPECT_EQ(DescriptionAt("/i2c@1"), "fsl-i2c, simulated, 100000 Hz");
+    EXPECT_EQ(LeftOut(), Names{"/fpga@0: \"acme,fpga\" is not known\n"});
 }
 
-TEST_F(MountTree, ShowsWhatIsDisabledAndGoesNoFurther) {
+TEST_F(MountTree, TakesAControllerThatIsNotKnownByItsGenericName) {
+    CBlobBuilder builder;
+    builder.Begin("i2c@1").Text("compatible", "acme,i2c");
+    builder.Device("a@50", "atmel,24c02", 0x50).End().End();
+    builder.Begin("i2c-bus").Text("compatible", "acme,bitbang").End();
+    builder.Begin("i2c-thing@2").Text("compatible", "acme,thing").End();
+    Mount(builder);
+    EXPECT_EQ(NamesAt("/"), (Names{"i2c@1", "i2c-bus", "sim"}));
+    EXPECT_EQ(NamesAt("/i2c@1"), Names{"a@50"});
+}
+
+TEST_F(MountTree, NamesBusesByTheirAliases) {
+    CBlobBuilder builder;
+    builder.Begin("aliases")
+        .Text("i2c3", "/soc/i2c@1")
+        .Text("i2c7", "/soc/i2c@1")
+        .Text("i2c0", "/soc/i2c@2")
+        .Text("i2c04", "/soc/i2c@3")
+        .Text("serial0", "/soc/i2c@3")
+        .End();
+    builder.Begin("soc").Text("compatible", "simple-bus");
+    builder.Begin("i2c@1").Text("compatible", "fsl-i2c").End();
+    builder.Begin("i2c@2").Text("compatible", "fsl-i2c").Text("label", "slow").End();
+    builder.Begin("i2c@3").Text("compatible", "fsl-i2c").End().End();
+    Mount(builder);
+    EXPECT_EQ(NamesAt("/"), (Names{"i2c-3", "slow", "i2c@3", "sim"}));
+}
+
+TEST_F(MountTree, LeavesOutWhatIsDisabledAndListsItOnRequest) {
     CBlobBuilder builder;
     builder.Begin("i2c@1").Text("compatible", "fsl-i2c").Text("status", "disabled");
     builder.Device("eeprom@50", "atmel,24c02", 0x50).End().End();
@@ -133,11 +162,25 @@ TEST_F(MountTree, ShowsWhatIsDisabledAndGoesNoFurther) {
     builder.Device("a@50", "atmel,24c02", 0x50).Text("status", "disabled").End();
     builder.Device("b@50", "atmel,24c64", 0x50).Text("status", "ok").End().End();
     Mount(builder);
-    EXPECT_EQ(DescriptionAt("/i2c@1"), "fsl-i2c: disabled");
-    EXPECT_EQ(NamesAt("/i2c@1"), Names{});
-    EXPECT_EQ(DescriptionAt("/i2c@2/a@50"), "atmel,24c02 at 0x50: disabled");
+    EXPECT_EQ(NamesAt("/"), (Names{"i2c@2", "sim"}));
+    EXPECT_EQ(NamesAt("/i2c@2"), Names{"b@50"});
     EXPECT_EQ(DescriptionAt("/i2c@2/b@50"), "atmel,24c64 at 0x50: 8192 bytes");
     EXPECT_EQ(Warnings(), Names{});
+    EXPECT_EQ(LeftOut(), (Names{"/i2c@1: \"fsl-i2c\" is disabled\n",
+                                "/i2c@2/a@50: \"atmel,24c02\" is disabled\n"}));
+    EXPECT_EQ(m_log.Texts(LW_INFO).back(),
+              "2 nodes of the description are not in the tree: see /left-out\n");
+}
+
+TEST_F(MountTree, ListsWhatCannotBeMountedBesideTheWarning) {
+    MountOnBus([](CBlobBuilder& bus) { bus.Begin("bad@50").End(); });
+    ASSERT_EQ(Warnings().size(), 1U);
+    EXPECT_EQ("left out: " + LeftOut().at(0), Warnings()[0]);
+}
+
+TEST_F(MountTree, SaysThatNothingIsLeftOut) {
+    MountOnBus([](CBlobBuilder&) {});
+    EXPECT_EQ(LeftOut(), Names{"nothing: the tree has all of the description\n"});
 }
 
 TEST_F(MountTree, NamesSiblingsApart) {
@@ -158,8 +201,7 @@ TEST_F(MountTree, NamesBusesApartWhereverTheyAre) {
         builder.End().End();
     }
     Mount(builder);
-    EXPECT_EQ(NamesAt("/fpga@0"), Names{"i2c@1"});
-    EXPECT_EQ(NamesAt("/fpga@1"), Names{"i2c@1-2"});
+    EXPECT_EQ(NamesAt("/"), (Names{"i2c@1", "i2c@1-2", "sim"}));
     EXPECT_TRUE(std::filesystem::exists(m_folder.Path() / "state/i2c@1/0x50.bin"));
     EXPECT_TRUE(std::filesystem::exists(m_folder.Path() / "state/i2c@1-2/0x50.bin"));
 }

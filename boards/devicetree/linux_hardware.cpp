@@ -1,0 +1,98 @@
+#include "boards/devicetree/linux_hardware.h"
+
+#include <optional>
+#include <utility>
+
+#include "boards/devicetree/bus_address.h"
+#include "boards/devicetree/printable_text.h"
+#include "boards/linux/linux_bus.h"
+#include "framework/diag_exception.h"
+#include "framework/diag_functions.h"
+
+namespace {
+
+// The kernel's number of the adapter that a wire hangs on; nothing behind a multiplexer
+// that is driven from here, of which the kernel knows nothing.
+std::optional<unsigned int> AdapterOf(const CI2cWire& wire) {
+    if (wire.Channel() >= 0) {
+        return std::nullopt;
+    }
+    return CI2cSysfs::NumberOf(dynamic_cast<CLinuxBus&>(wire.Root()).Path());
+}
+
+}  // namespace
+
+CLinuxHardware::CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const CBuses& buses,
+                               II2cDev& dev)
+    : m_sysfs(std::move(sysfs)), m_dev(dev), m_devices(buses) {
+    for (const auto& [node, device] : buses) {
+        if (tree.NodeAt(node) == nullptr) {
+            throw CDiagException("--bus %s=%s: the description has no node %s", node.c_str(),
+                                 device.c_str(), node.c_str());
+        }
+    }
+    for (const i2c_adapter_t& adapter : m_sysfs.Adapters()) {
+        if (!adapter.of_node.empty()) {
+            m_devices.emplace(adapter.of_node, adapter.dev_path);  // what was told comes first
+        }
+    }
+}
+
+bool CLinuxHardware::HasBus(const CDeviceTreeNode& node) const {
+    return m_devices.contains(node.Path());
+}
+
+std::unique_ptr<CRootBus> CLinuxHardware::CreateBus(const CDeviceRequest& request,
+                                                    const std::string& name) {
+    const std::string path = request.node.Path();
+    const auto found = m_devices.find(path);
+    if (found == m_devices.end()) {
+        throw CDiagException(
+            "%s: the kernel has no I2C adapter for this node; which one it is can be told with "
+            "--bus %s=/dev/i2c-N",
+            path.c_str(), path.c_str());
+    }
+    try {
+        return Open(name, request.Text(), found->second);
+    } catch (const CDiagException& fault) {
+        throw CDiagException("%s: %s", path.c_str(), fault.what());
+    }
+}
+
+// Described as "fsl-i2c, /dev/i2c-0, MPC adapter".
+std::unique_ptr<CRootBus> CLinuxHardware::Open(const std::string& name, const std::string& what,
+                                               const std::string& device) const {
+    std::string description = what + ", " + device;
+    if (const auto number = CI2cSysfs::NumberOf(device)) {
+        if (const auto adapter = m_sysfs.Adapter(*number)) {
+            description += ", " + PrintableText(adapter->name);
+        }
+    }
+    return std::make_unique<CLinuxBus>(name, description, device, m_sysfs, m_dev);
+}
+
+bool CLinuxHardware::IsMuxDriven(const CI2cWire& wire, uint8_t addr) const {
+    const std::optional<unsigned int> adapter = AdapterOf(wire);
+    return adapter && !m_sysfs.DriverOf(*adapter, addr).empty();
+}
+
+std::unique_ptr<CRootBus> CLinuxHardware::CreateChannelBus(const CI2cWire& wire, uint8_t addr,
+                                                           unsigned int channel,
+                                                           const std::string& name) {
+    const std::optional<unsigned int> adapter = AdapterOf(wire);
+    const auto number = adapter ? m_sysfs.ChannelOf(*adapter, addr, channel) : std::nullopt;
+    if (!number) {
+        return nullptr;
+    }
+    return Open(name, "channel " + std::to_string(channel), "/dev/i2c-" + std::to_string(*number));
+}
+
+std::string CLinuxHardware::NoteOf(const CI2cWire& wire, uint8_t addr) const {
+    const std::optional<unsigned int> adapter = AdapterOf(wire);
+    const std::string driver = adapter ? m_sysfs.DriverOf(*adapter, addr) : std::string();
+    return driver.empty() ? driver : "the kernel's: driver " + driver;
+}
+
+ports_file_t CLinuxHardware::PortsFile(const CDeviceTreeNode& node, uint64_t address, uint32_t) {
+    return {"/dev/mem", ProcessorAddress(node, address)};
+}

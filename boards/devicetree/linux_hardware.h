@@ -1,0 +1,49 @@
+// The hardware of the machine that the program runs on, as far as its Linux kernel gives
+// it out: I2C adapters, and multiplexers and chips that its own drivers have.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "boards/devicetree/board_hardware.h"
+#include "boards/devicetree/device_tree.h"
+#include "boards/linux/i2c_dev.h"
+#include "boards/linux/i2c_sysfs.h"
+
+class CLinuxHardware : public IBoardHardware {
+  public:
+    // Which device file belongs to which node of the tree, by path.
+    using CBuses = std::map<std::string, std::string>;
+
+    // A bus is the adapter that the kernel made for its node, or the one that `buses`
+    // names. Throws CDiagException for a node there that the tree has not.
+    CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const CBuses& buses,
+                   II2cDev& dev = KernelI2cDev());
+
+    void Begin(CDiagMenu&, CTreeNames&) override {}
+    void End(CDiagMenu&) override {}
+    bool HasBus(const CDeviceTreeNode& node) const override;
+    std::unique_ptr<CRootBus> CreateBus(const CDeviceRequest& request,
+                                        const std::string& name) override;
+    // Those that a driver of the kernel is bound to.
+    bool IsMuxDriven(const CI2cWire& wire, uint8_t addr) const override;
+    std::unique_ptr<CRootBus> CreateChannelBus(const CI2cWire& wire, uint8_t addr,
+                                               unsigned int channel,
+                                               const std::string& name) override;
+    // They are there already.
+    CShow PlaceChip(const CDeviceRequest&, const CBinding&, uint8_t, const CI2cWire&) override {
+        return [](CDiagMenu&) {};
+    }
+    std::string NoteOf(const CI2cWire& wire, uint8_t addr) const override;
+    // All of the machine's memory.
+    ports_file_t PortsFile(const CDeviceTreeNode& node, uint64_t address, uint32_t ports) override;
+
+  private:
+    std::unique_ptr<CRootBus> Open(const std::string& name, const std::string& what,
+                                   const std::string& device) const;
+
+    const CI2cSysfs m_sysfs;
+    II2cDev& m_dev;
+    CBuses m_devices;  // the device file of each bus, by the path of its node
+};
