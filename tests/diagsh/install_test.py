@@ -64,17 +64,10 @@ class Install(unittest.TestCase):
             running.communicate(timeout=60)
         loaded = {pathlib.Path(line.split()[-1]) for line in maps.splitlines()
                   if "libmorva" in line}
-        self.assertEqual({path.name for path in loaded},
-                         {"libmorva-board.so", "libmorva-diags.so"})
+        self.assertEqual({path.name.split(".so")[0] for path in loaded},
+                         {"libmorva-board", "libmorva-diags"})
         for path in loaded:
             self.assertTrue(path.is_relative_to(self.prefix), path)
-
-    def test_documents_are_where_they_are_looked_for(self):
-        for name in ("man/man1/diagsh.1", "man/man1/diag_mdio_util.1",
-                     "man/man1/morva-mdio-sim.1", "bash-completion/completions/diagsh",
-                     "morva-diags/decode.schema.json", "morva-diags/diagsh.schema.json",
-                     "morva-diags/dimm_table.rng"):
-            self.assertTrue((self.data / name).is_file(), name)
 
     def test_the_simulated_driver_serves_both_programs(self):
         switch = self.diagsh.with_name("morva-mdio-sim")

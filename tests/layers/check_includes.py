@@ -26,7 +26,11 @@ MAY_INCLUDE = {
     "decode": ("decode",) + LAYOUTS,
     "host": ("framework", "host", "decode"),
     "boards": ("framework", "boards", "decode") + LIBRARY,
-    "boards/mdio_sim": ("boards/mdio_sim",),
+    # Goes into objects that are preloaded into programs of every kind.
+    "boards/preload": ("boards/preload",),
+    "boards/mdio_sim": ("boards/mdio_sim", "boards/preload"),
+    # A program of its own that hosts a board as diagsh does.
+    "boards/i2c_sim": ("framework", "boards", "boards/i2c_sim", "boards/preload", "host"),
 }
 # Layers that do not know each other although what is above them may.
 STRANGERS = {

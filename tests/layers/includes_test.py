@@ -31,6 +31,11 @@ CLEAN = {
     "boards/sim/bus.h": "",
     "boards/mdio_sim/phy.cpp": '#include <linux/mii.h>\n#include "boards/mdio_sim/phy.h"\n',
     "boards/mdio_sim/phy.h": "",
+    "boards/preload/open.h": "",
+    "boards/mdio_sim/preload.cpp": '#include "boards/preload/open.h"\n',
+    "boards/i2c_sim/switch.cpp": '#include "boards/preload/open.h"\n#include "host/log.h"\n'
+                                 '#include "boards/sim/bus.h"\n',
+    "boards/i2c_sim/switch.h": "",
     "boards/tree/mount.cpp": '#include "boards/linux/bus.h"\n#include "boards/sim/bus.h"\n',
     "tests/support/fake.h": '#include "host/log.h"\n#include "boards/sim/bus.h"\n',
 }
@@ -65,7 +70,7 @@ class Includes(unittest.TestCase):
 
     def test_accepts_a_clean_tree(self):
         code, output = self.check()
-        self.assertEqual((code, output), (0, "19 files, 0 includes across a layer's edge\n"))
+        self.assertEqual((code, output), (0, "23 files, 0 includes across a layer's edge\n"))
 
     def test_finds_the_host_below_the_contract_and_the_library(self):
         for layer in ("framework", "i2c", "io", "t2080_mdio"):
@@ -110,6 +115,15 @@ class Includes(unittest.TestCase):
         self.write("boards/mdio_sim/bad.h", "")
         self.assert_found(
             "boards/sim/bad.h", '#include "boards/mdio_sim/phy.h"\n', "boards/sim/bad.h:1")
+
+    def test_finds_what_is_preloaded_knowing_the_project(self):
+        self.assert_found(
+            "boards/preload/bad.h", '#include "framework/menu.h"\n#include "boards/sim/bus.h"\n',
+            "boards/preload/bad.h:1", "boards/preload/bad.h:2")
+
+    def test_finds_a_program_that_simulates_known_to_a_board(self):
+        self.assert_found(
+            "boards/sim/bad.h", '#include "boards/i2c_sim/switch.h"\n', "boards/sim/bad.h:1")
 
     def test_finds_tests_below_the_product(self):
         self.assert_found("host/bad.cpp", '#include "tests/support/fake.h"\n', "host/bad.cpp:1")
