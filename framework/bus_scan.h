@@ -51,6 +51,9 @@ class IBusScan {
     // The driver of the running kernel that works with the address, which shall be left in
     // peace then; empty where none does.
     virtual std::string OwnerOf(uint8_t addr) = 0;
+    // Whether the chip of that driver is on this bus itself, and so answers on all that is
+    // behind it; else it is on another that the kernel's multiplexers connect with this one.
+    virtual bool HasOwned(uint8_t addr) = 0;
     // What the board's description has at an address of a wire; empty for nothing.
     virtual std::string NameAt(size_t wire, uint8_t addr) const = 0;
 };

@@ -13,7 +13,6 @@ class CDiagDevice : public CDiagMenu {
 
     // Forgets the test status and the failures, then calls DevReset.
     void Reset() override;
-    using CDiagMenu::SendLog;
     void SendLog(unsigned int logword, const char* fmt, ...) const override
         __attribute__((format(printf, 3, 4)));
 

@@ -19,7 +19,6 @@ class CDiagFunc : public CDiagMenu {
     // On a call message hands request and response to Invoke. An exception
     // that leaves Invoke is logged and answered with MSG_ERR_FAIL.
     void HandleMsg(CInMsg& in, COutMsg& out) override;
-    using CDiagMenu::SendLog;
     void SendLog(unsigned int logword, const char* fmt, ...) const override
         __attribute__((format(printf, 3, 4)));
 

@@ -15,7 +15,10 @@ class CDiagMenu : public CDiagObj {
 
     // Handles one request and writes the answer; the first byte of an answer is an EResCode.
     virtual void HandleMsg(CInMsg& in, COutMsg& out);
-    // Sends printf-style text to the log and the terminal.
+    // Sends printf-style text to the log and the terminal. Where va_list is a char*, as on
+    // powerpc64, a text that is the only argument would be taken for a list, so the classes
+    // that devices, commands and tests derive from override the second alone and hide the
+    // first. Of any other node, send such a text as const char*.
     virtual void SendLog(unsigned int logword, const char* fmt, va_list args) const
         __attribute__((format(printf, 3, 0)));
     virtual void SendLog(unsigned int logword, const char* fmt, ...) const

@@ -13,7 +13,6 @@ class CDiagTestBase : public CDiagMenu {
 
     // Forgets the result of the last run; a test that runs is left alone.
     void Reset() override;
-    using CDiagMenu::SendLog;
     void SendLog(unsigned int logword, const char* fmt, ...) const override
         __attribute__((format(printf, 3, 4)));
 

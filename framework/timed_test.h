@@ -19,7 +19,6 @@ class CTimedTest : public CDiagMultiDevTest {
                const std::string& duration_desc, bool keep_going);
     ~CTimedTest() override;
 
-    using CDiagMenu::SendLog;
     void SendLog(unsigned int logword, const char* fmt, ...) const override
         __attribute__((format(printf, 3, 4)));
 

@@ -47,6 +47,6 @@ void CDiagFunc::HandleMsg(CInMsg& in, COutMsg& out) {
 void CDiagFunc::SendLog(unsigned int logword, const char* fmt, ...) const {
     va_list args;
     va_start(args, fmt);
-    SendLog(logword, fmt, args);
+    static_cast<const CDiagMenu*>(this)->SendLog(logword, fmt, args);
     va_end(args);
 }

@@ -24,7 +24,7 @@ CTimedTest::~CTimedTest() = default;
 void CTimedTest::SendLog(unsigned int logword, const char* fmt, ...) const {
     va_list args;
     va_start(args, fmt);
-    SendLog(logword, fmt, args);
+    static_cast<const CDiagMenu*>(this)->SendLog(logword, fmt, args);
     va_end(args);
 }
 

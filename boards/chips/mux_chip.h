@@ -64,6 +64,7 @@ class CMuxChip : public CDiagI2cSwitch, public ISharedPath, public IBusScan {
     bool CanAsk(EScanAccess access) override;
     CScanAnswer Ask(uint8_t addr, EScanAccess access) override;
     std::string OwnerOf(uint8_t addr) override;
+    bool HasOwned(uint8_t addr) override;
     std::string NameAt(size_t wire, uint8_t addr) const override;
     // Says what hangs on a channel at an address.
     void SetNameAt(uint8_t ch, uint8_t addr, const std::string& name);

@@ -48,6 +48,10 @@ std::string CMuxChip::OwnerOf(uint8_t addr) {
     return BusAbove().OwnerOf(addr);
 }
 
+bool CMuxChip::HasOwned(uint8_t addr) {
+    return BusAbove().HasOwned(addr);
+}
+
 std::string CMuxChip::NameAt(size_t wire, uint8_t addr) const {
     const std::map<uint8_t, std::string>& names = m_channels.at(wire).names;
     const auto name = names.find(addr);

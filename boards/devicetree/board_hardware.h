@@ -36,7 +36,8 @@ class IBoardHardware {
 
     // All below throw CDiagException, naming the node, when it cannot be had.
 
-    // Whether the node is a bus that is there, whatever it is compatible with.
+    // Whether the node is a bus that is there, whatever it is compatible with, if with
+    // anything.
     virtual bool HasBus(const CDeviceTreeNode& node) const = 0;
     virtual std::unique_ptr<CRootBus> CreateBus(const CDeviceRequest& request,
                                                 const std::string& name) = 0;

@@ -61,7 +61,7 @@ class CBoardMount {
 
     void MountNode(const CDeviceTreeNode& node, CDiagMenu& menu) {
         const CMatch match = MatchCompatible(node);
-        if (match.compatible.empty()) {
+        if (match.compatible.empty() && !m_hardware.HasBus(node)) {
             MountBelow(node, menu);  // no device, but it may hold some
             return;
         }
@@ -112,8 +112,9 @@ class CBoardMount {
 
     void TellLeftOut() const {
         if (const size_t count = m_left_out.Texts().size()) {
-            diag_pf_send_log(LW_INFO, "%zu nodes of the description are not in the tree: see /%s\n",
-                             count, CLeftOutCmd::NAME);
+            diag_pf_send_log(LW_INFO, "%zu node%s of the description %s not in the tree: see /%s\n",
+                             count, count == 1 ? "" : "s", count == 1 ? "is" : "are",
+                             CLeftOutCmd::NAME);
         }
     }
 

@@ -14,7 +14,13 @@
 namespace {
 
 constexpr uint32_t LAST_ADDR = 0x7F;
-constexpr uint8_t MODULE_ADDR = 0x50;  // of every pluggable module's serial ID
+constexpr uint8_t MODULE_ADDR = 0x50;     // of every pluggable module's serial ID
+constexpr uint32_t OWN_SLAVE = 1U << 30;  // in "reg": other masters find this controller there
+
+bool IsOwnSlave(const CDeviceTreeNode& node) {
+    const std::vector<uint32_t> regs = ReadCells(node, "reg");
+    return regs.size() == 1 && (regs.front() & OWN_SLAVE) != 0;
+}
 
 // The bus must know how the part is addressed before anything is written there.
 void Declare(const CDeviceTreeNode& node, const eeprom_part_t& part, uint8_t addr, CRootBus& bus) {
@@ -70,7 +76,13 @@ void CI2cMount::MountWire(const CDeviceTreeNode& node, CI2cWire& wire) {
 
 void CI2cMount::MountNode(const CDeviceTreeNode& node, CI2cWire& wire) {
     const CMatch match = MatchCompatible(node);
-    const auto addr = static_cast<uint8_t>(RequireReg(node, 1, LAST_ADDR, "a 7-bit address"));
+    if (IsOwnSlave(node)) {
+        m_left_out.Add(node, match.compatible, "an address of the controller itself, as a slave");
+        return;
+    }
+    // Chips that no table knows may have several addresses.
+    const auto require = match.binding == nullptr ? RequireFirstReg : RequireReg;
+    const auto addr = static_cast<uint8_t>(require(node, 1, LAST_ADDR, "a 7-bit address"));
     if (IsDisabled(node)) {
         // Its address is free: alternatives of one place are described this way.
         m_left_out.Add(node, match.compatible, "disabled");
@@ -147,11 +159,17 @@ void CI2cMount::MountUnknown(const CDeviceRequest& request, const CI2cWire& wire
     ShowBelow(request.node, device);
 }
 
-// What a device that is not known holds can be shown, but nothing can be said of it.
+// What a device that is not known holds can be shown, but nothing can be said of it; but
+// for the buses that the kernel makes of it, as where it is a multiplexer.
 void CI2cMount::ShowBelow(const CDeviceTreeNode& parent, CDiagMenu& menu) {
     for (const auto& child : parent.Children()) {
         m_left_out.Step([&] {
-            const CDeviceRequest request(*child, MatchCompatible(*child).compatible, std::nullopt,
+            const CMatch match = MatchCompatible(*child);
+            if (m_hardware.HasBus(*child) && !IsDisabled(*child)) {
+                MountBus(*child, match, menu);
+                return;
+            }
+            const CDeviceRequest request(*child, match.compatible, std::nullopt,
                                          m_names.Below(menu));
             CDiagMenu& plain =
                 AddNode(menu, CreatePlainNode(request, "below a device that is not known"));

@@ -21,10 +21,14 @@ void CIoMount::MountPorts(const CDeviceTreeNode& node, const CMatch& match, CDia
     const CDeviceRequest request(node, match.compatible, region.address, m_names.Below(menu));
     const ports_file_t mapped =
         m_hardware.PortsFile(node, region.address, static_cast<uint32_t>(region.ports));
-    AddNode(menu,
-            std::make_unique<CMappedIoDevice>(
-                request.TakeName(), request.Text() + ": " + std::to_string(region.ports) + " ports",
-                mapped.file, mapped.offset, static_cast<uint8_t>(region.ports)));
+    const std::string text = request.Text() + ": " + std::to_string(region.ports) + " ports";
+    try {
+        AddNode(menu, std::make_unique<CMappedIoDevice>(request.TakeName(), text, mapped.file,
+                                                        mapped.offset,
+                                                        static_cast<uint8_t>(region.ports)));
+    } catch (const CDiagException& fault) {
+        throw CDiagException("%s: %s", node.Path().c_str(), fault.what());
+    }
 }
 
 CIoMount::CRegion CIoMount::RegionOf(const CDeviceTreeNode& node) {

@@ -24,7 +24,7 @@ std::optional<unsigned int> AdapterOf(const CI2cWire& wire) {
 
 CLinuxHardware::CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const CBuses& buses,
                                II2cDev& dev)
-    : m_sysfs(std::move(sysfs)), m_dev(dev), m_devices(buses) {
+    : m_sysfs(std::move(sysfs)), m_dev(dev), m_devices(buses), m_unused(buses) {
     for (const auto& [node, device] : buses) {
         if (tree.NodeAt(node) == nullptr) {
             throw CDiagException("--bus %s=%s: the description has no node %s", node.c_str(),
@@ -38,6 +38,16 @@ CLinuxHardware::CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const C
     }
 }
 
+void CLinuxHardware::End(CDiagMenu&) {
+    for (const auto& [node, device] : m_unused) {
+        diag_pf_send_log(
+            LW_WARN,
+            "--bus %s=%s: not used, the node is no bus or is left out (/left-out tells "
+            "why)\n",
+            node.c_str(), device.c_str());
+    }
+}
+
 bool CLinuxHardware::HasBus(const CDeviceTreeNode& node) const {
     return m_devices.contains(node.Path());
 }
@@ -45,6 +55,7 @@ bool CLinuxHardware::HasBus(const CDeviceTreeNode& node) const {
 std::unique_ptr<CRootBus> CLinuxHardware::CreateBus(const CDeviceRequest& request,
                                                     const std::string& name) {
     const std::string path = request.node.Path();
+    m_unused.erase(path);
     const auto found = m_devices.find(path);
     if (found == m_devices.end()) {
         throw CDiagException(
@@ -53,7 +64,7 @@ std::unique_ptr<CRootBus> CLinuxHardware::CreateBus(const CDeviceRequest& reques
             path.c_str(), path.c_str());
     }
     try {
-        return Open(name, request.Text(), found->second);
+        return Open(name, request.compatible.empty() ? "bus" : request.Text(), found->second);
     } catch (const CDiagException& fault) {
         throw CDiagException("%s: %s", path.c_str(), fault.what());
     }

@@ -22,7 +22,8 @@ class CLinuxHardware : public IBoardHardware {
                    II2cDev& dev = KernelI2cDev());
 
     void Begin(CDiagMenu&, CTreeNames&) override {}
-    void End(CDiagMenu&) override {}
+    // Warns of buses that were told, and whose nodes turned out to be none.
+    void End(CDiagMenu&) override;
     bool HasBus(const CDeviceTreeNode& node) const override;
     std::unique_ptr<CRootBus> CreateBus(const CDeviceRequest& request,
                                         const std::string& name) override;
@@ -46,4 +47,5 @@ class CLinuxHardware : public IBoardHardware {
     const CI2cSysfs m_sysfs;
     II2cDev& m_dev;
     CBuses m_devices;  // the device file of each bus, by the path of its node
+    CBuses m_unused;   // of those that were told
 };

@@ -41,11 +41,11 @@ void CSimHardware::End(CDiagMenu& root) {
     AddNode(root, std::move(m_unmounted));
 }
 
-// Controllers of any kind carry a generic name; the node of a multiplexer or of one of
-// its channels is not met here.
+// Controllers of any kind carry a generic name. So do the channels of multiplexers, but
+// those are compatible with nothing.
 bool CSimHardware::HasBus(const CDeviceTreeNode& node) const {
     const std::string_view generic = node.Name().substr(0, node.Name().find('@'));
-    return generic == "i2c" || generic == "i2c-bus";
+    return (generic == "i2c" || generic == "i2c-bus") && node.Find("compatible") != nullptr;
 }
 
 std::unique_ptr<CRootBus> CSimHardware::CreateBus(const CDeviceRequest& request,

@@ -73,6 +73,10 @@ std::string CI2cAdapter::DriverOf(uint8_t addr) {
     return driver;
 }
 
+bool CI2cAdapter::HasDrivenChip(uint8_t addr) const {
+    return m_number && !m_sysfs.DriverOf(*m_number, addr).empty();
+}
+
 int CI2cAdapter::Transfer(std::span<i2c_msg> msgs) {
     const CGuard<CMutex> guard(m_lock);
     return Call([&] { return m_dev.Transfer(m_fd, msgs); });

@@ -31,6 +31,8 @@ class CI2cAdapter {
     bool Has(unsigned long functions) const { return (m_functions & functions) != 0; }
     // The driver that owns an address; empty when none does.
     std::string DriverOf(uint8_t addr);
+    // Whether what that driver owns is a chip on this adapter, as far as sysfs tells.
+    bool HasDrivenChip(uint8_t addr) const;
 
     // All return 0 or more, or a negated errno.
 

@@ -26,6 +26,7 @@ class CLinuxBus : public CRootBus {
 
     bool CanAsk(EScanAccess access) override;
     std::string OwnerOf(uint8_t addr) override { return m_adapter.DriverOf(addr); }
+    bool HasOwned(uint8_t addr) override { return m_adapter.HasDrivenChip(addr); }
 
     const std::string& Path() const { return m_adapter.Path(); }
 

@@ -75,6 +75,7 @@ class CRootBus : public CI2cDevice, public ISharedPath, public IBusScan {
     // kernel's drivers use too.
     bool CanAsk(EScanAccess) override { return true; }
     std::string OwnerOf(uint8_t) override { return {}; }
+    bool HasOwned(uint8_t) override { return false; }
     CScanAnswer Ask(uint8_t addr, EScanAccess access) override;
     std::string NameAt(size_t wire, uint8_t addr) const override;
     // Says what hangs directly on the bus at an address.

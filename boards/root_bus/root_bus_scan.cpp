@@ -2,6 +2,20 @@
 #include "boards/root_bus/root_bus.h"
 #include "boards/root_bus/wire_request.h"
 #include "framework/diag_exception.h"
+#include "framework/fmt_output.h"
+
+namespace {
+
+// Who scans says himself which addresses it was, and one reason may hold for many.
+std::string WithoutAddress(std::string text, uint8_t addr) {
+    CFmtString place;
+    place.printf("0x%02x: ", addr);
+    const std::string word = place.c_str();
+    const size_t at = text.find(word);
+    return at == std::string::npos ? text : text.erase(at, word.size());
+}
+
+}  // namespace
 
 // What is behind a multiplexer's open channel would answer as if it were here.
 void CRootBus::OpenWire(size_t) {
@@ -34,11 +48,12 @@ CScanAnswer CRootBus::Ask(uint8_t addr, EScanAccess access) {
         Succeed(req);
         return {CScanAnswer::ACKNOWLEDGED, {}};
     }
-    Fail(OPERATION, req, "%s", FailureText(result, req, polls).c_str());
+    const std::string failure = FailureText(result, req, polls);
+    Fail(OPERATION, req, "%s", failure.c_str());
     if (result.outcome == I2C_NO_ADDR_ACK) {
         return {CScanAnswer::SILENT, {}};
     }
-    return {CScanAnswer::FAILED, req.errmsg};
+    return {CScanAnswer::FAILED, WithoutAddress(failure, addr)};
 }
 
 std::string CRootBus::NameAt(size_t, uint8_t addr) const {

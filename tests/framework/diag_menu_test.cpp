@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "framework/diag_device.h"
+#include "framework/diag_func.h"
+#include "framework/timed_test.h"
 #include "tests/support/bytes.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/request.h"
@@ -42,6 +44,18 @@ class CMailbox : public CDiagMenu {
 
   private:
     std::vector<std::string> m_texts;
+};
+
+class CIdleCommand : public CDiagFunc {
+  public:
+    CIdleCommand() : CDiagFunc("command", "", SHARES_DEVICE) {}
+    void Invoke(CInMsg&, COutMsg&) override {}
+};
+
+class CIdleTest : public CTimedTest {
+  public:
+    CIdleTest() : CTimedTest("test", "", "", false) {}
+    bool TestExecute() override { return true; }
 };
 
 template <class Node>
@@ -102,6 +116,24 @@ TEST(Menu, SendsTheSameThroughAnArgumentList) {
     const CDiagMenu menu(TMENU, "menu", "");
     SendThroughArgs(menu, LW_ERR_SW, "%s=%d", "n", 5);
     EXPECT_THAT(log.Lines(), ElementsAre(Line{0x30, "n=5"}));
+}
+
+// A text as its sender may have it: to fill in, or a literal, which is let be one.
+template <class Node>
+std::vector<Line> LinesOfASingleText(const Node& node) {
+    const CLogCapture log;
+    char text[] = "filled in";
+    node.SendLog(LW_PRINT, "%s", text);
+    node.SendLog(LW_PRINT, "%s: exit\n", "literal");
+    return log.Lines();
+}
+
+TEST(Menu, DerivedNodesDoNotTakeASingleTextForAnArgumentList) {
+    const auto texts = ElementsAre(Line{0xB0, "filled in"}, Line{0xB0, "literal: exit\n"});
+    EXPECT_THAT(LinesOfASingleText(CDiagDevice("device", "", TDEVICE)), texts);
+    EXPECT_THAT(LinesOfASingleText(CIdleCommand()), texts);
+    EXPECT_THAT(LinesOfASingleText(CDiagTestBase("test", "")), texts);
+    EXPECT_THAT(LinesOfASingleText(CIdleTest()), texts);
 }
 
 TEST(Menu, NamesItselfAsTheSender) {

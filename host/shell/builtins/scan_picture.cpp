@@ -102,6 +102,10 @@ std::string Present(const CScannedWire& wire) {
     return names.Text();
 }
 
+std::string LineOf(const std::string& what, const std::string& text) {
+    return text.empty() ? "" : INDENT + what + text + "\n";
+}
+
 // What the description has and nobody answers for: "0x51 spd-1, 0x53 spd-2".
 std::string Missing(const CScannedWire& wire) {
     std::string text;
@@ -114,7 +118,7 @@ std::string Missing(const CScannedWire& wire) {
     return text;
 }
 
-// "0x08, 0x10 to 0x13: bus stuck low", a line for each reason.
+// "failed at 0x08, 0x10: bus stuck low", a line for each reason.
 std::string Failures(const CScannedWire& wire) {
     std::map<std::string, std::string> by_reason;
     for (size_t addr = 0; addr < wire.cells.size(); ++addr) {
@@ -125,14 +129,10 @@ std::string Failures(const CScannedWire& wire) {
         }
     }
     std::string text;
-    for (const auto& [reason, addresses] : by_reason) {
-        text += INDENT + ("failed at " + addresses) + ": " + reason + "\n";
+    for (auto& [reason, addresses] : by_reason) {
+        text += LineOf("failed at ", addresses.append(": ").append(reason));
     }
     return text;
-}
-
-std::string LineOf(const std::string& what, const std::string& text) {
-    return text.empty() ? "" : INDENT + what + text + "\n";
 }
 
 bool HasGrid(const CScannedWire& wire) {
@@ -163,17 +163,21 @@ bool AreAlike(const CScannedWire& one, const CScannedWire& other) {
 }
 
 std::string Legend(const std::vector<CScannedWire>& wires) {
-    static const std::vector<std::pair<EScanMark, const char*>> marks = {
+    struct CEntry {
+        EScanMark mark;
+        const char* text;
+    };
+    static const std::vector<CEntry> entries = {
         {EScanMark::ABOVE, "^^ answers nearer to the root bus already, not asked here\n"},
         {EScanMark::OWNED, "UU a driver of the kernel works with it, not asked\n"},
         {EScanMark::FAILED, "!! the bus failed, whether it answers is not known\n"},
     };
     std::string legend;
-    for (const auto& [mark, text] : marks) {
-        const bool shows = std::any_of(wires.begin(), wires.end(), [&](const CScannedWire& wire) {
-            return HasGrid(wire) && wire.Has(mark);
-        });
-        legend += shows ? text : "";
+    for (const CEntry& entry : entries) {
+        const bool shows = std::any_of(
+            wires.begin(), wires.end(),
+            [&entry](const CScannedWire& wire) { return HasGrid(wire) && wire.Has(entry.mark); });
+        legend += shows ? entry.text : "";
     }
     return legend.empty() ? "" : "\n" + legend;
 }

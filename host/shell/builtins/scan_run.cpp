@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "framework/diag_functions.h"
 #include "host/device_lock.h"
 #include "host/diag_tree.h"
 #include "host/exception_text.h"
@@ -181,9 +182,13 @@ void CScanRun::AskAll(const CScanWire& wire, CScannedWire& result) {
     unsigned int failures = 0;
     bool has_asked = false;
     std::optional<EScanAccess> lacking;
-    for (unsigned int i = 0; i < m_options.Count() && !m_shell.IsInterrupted(); ++i) {
-        CRunNote::Count(m_done + i, m_total);
+    for (unsigned int i = 0; i < m_options.Count(); ++i) {
         const auto addr = static_cast<uint8_t>(m_options.first + i);
+        if (m_shell.IsInterrupted()) {
+            result.error = "aborted before " + toString(addr, VF_HEX | VF_PAD);
+            return;
+        }
+        CRunNote::Count(m_done + i, m_total);
         CScanCell& cell = result.cells[addr];
         if (MarkUnasked(wire, addr, cell)) {
             continue;
@@ -207,11 +212,15 @@ void CScanRun::AskAll(const CScanWire& wire, CScannedWire& result) {
 }
 
 // What is on the way answers everywhere behind it, and what a driver of the kernel works
-// with is left in peace.
+// with is left in peace. Of a bus that the kernel makes of a channel nothing is known from
+// the wire above: the kernel leaves the channel open that it used last, so what is behind it
+// answered there as well.
 bool CScanRun::MarkUnasked(const CScanWire& wire, uint8_t addr, CScanCell& cell) const {
+    const bool is_kernels = wire.node == wire.device;
     for (size_t above = wire.above; above != CScanWire::NONE; above = m_wires[above].above) {
         const EScanMark mark = m_results.at(above).cells[addr].mark;
-        if (mark == EScanMark::ANSWERS || mark == EScanMark::OWNED) {
+        if ((mark == EScanMark::ANSWERS && !is_kernels) ||
+            (mark == EScanMark::OWNED && m_wires[above].scan->HasOwned(addr))) {
             cell.mark = EScanMark::ABOVE;
             return true;
         }

@@ -26,9 +26,9 @@ class CFinder {
     }
 
     std::vector<CScanWire> Take() {
-        for (const CScanWire& wire : m_wires) {
-            if (wire.is_shown) {
-                Need(wire);
+        for (size_t at = 0; at < m_wires.size(); ++at) {
+            if (m_wires[at].is_shown) {
+                Need(at);
             }
         }
         return std::move(m_wires);
@@ -47,9 +47,8 @@ class CFinder {
         }
     }
 
-    void Need(const CScanWire& wire) {
-        for (size_t at = static_cast<size_t>(&wire - m_wires.data()); at != CScanWire::NONE;
-             at = m_wires[at].above) {
+    void Need(size_t at) {
+        for (; at != CScanWire::NONE; at = m_wires[at].above) {
             m_wires[at].is_needed = true;
         }
     }

@@ -114,6 +114,7 @@ class CParticularBus : public CTapedSimBus {
     using CTapedSimBus::CTapedSimBus;
     bool CanAsk(EScanAccess access) override { return access == EScanAccess::RECEIVE_BYTE; }
     std::string OwnerOf(uint8_t addr) override { return addr == 0x50 ? "at24" : ""; }
+    bool HasOwned(uint8_t addr) override { return addr == 0x50; }
 };
 
 TEST(MuxScanBus, IsWhatTheBusAboveSays) {
@@ -124,6 +125,8 @@ TEST(MuxScanBus, IsWhatTheBusAboveSays) {
     EXPECT_TRUE(mux->CanAsk(EScanAccess::RECEIVE_BYTE));
     EXPECT_EQ(mux->OwnerOf(0x50), "at24");
     EXPECT_EQ(mux->OwnerOf(0x51), "");
+    EXPECT_TRUE(mux->HasOwned(0x50));
+    EXPECT_FALSE(mux->HasOwned(0x51));
 }
 
 }  // namespace

@@ -87,6 +87,54 @@ TEST_F(LinuxMount, RefusesABusThatTheDescriptionHasNot) {
               "--bus /soc/i2c@9=/dev/i2c-0: the description has no node /soc/i2c@9");
 }
 
+TEST_F(LinuxMount, SaysWhichBusItWasToldInVain) {
+    CBlobBuilder builder;
+    builder.Begin("i2c@1").Text("compatible", "fsl-i2c").Text("status", "disabled").End();
+    builder.Begin("i2c@2").Text("compatible", "fsl-i2c").End();
+    MountLive(builder, {{"/i2c@1", "/dev/i2c-0"}, {"/i2c@2", "/dev/i2c-1"}});
+    EXPECT_EQ(NamesAt("/"), Names{"i2c@2"});
+    EXPECT_EQ(Warnings(), Names{"--bus /i2c@1=/dev/i2c-0: not used, the node is no bus or is left "
+                                "out (/left-out tells why)\n"});
+}
+
+// As those that are switched by GPIOs are described: they stand on no bus.
+TEST_F(LinuxMount, MountsTheChannelsOfAMultiplexerThatIsNotOnItsBus) {
+    m_sysfs.AddAdapter(4, "i2c-0-mux (chan_id 0)", "/i2c-mux/i2c@0");
+    CBlobBuilder builder;
+    builder.Begin("aliases").Text("i2c7", "/i2c-mux/i2c@0").End();
+    builder.Begin("i2c-mux").Text("compatible", "i2c-mux-gpio");
+    builder.Begin("i2c@0").Cells("reg", {0});
+    builder.Device("a@50", "atmel,24c02", 0x50).End().End();
+    builder.Begin("i2c@1").Cells("reg", {1});
+    builder.Device("b@50", "atmel,24c02", 0x50).End().End();
+    builder.Begin("i2c@2").Cells("reg", {2}).End().End();
+    MountLive(builder, {{"/i2c-mux/i2c@1", "/dev/i2c-9"}});
+    EXPECT_EQ(NamesAt("/"), (Names{"i2c-7", "i2c@1"}));
+    EXPECT_EQ(DescriptionAt("/i2c-7"), "bus, /dev/i2c-4, i2c-0-mux (chan_id 0)");
+    EXPECT_EQ(DescriptionAt("/i2c-7/a@50"), "atmel,24c02 at 0x50: 256 bytes");
+    EXPECT_EQ(DescriptionAt("/i2c@1/b@50"), "atmel,24c02 at 0x50: 256 bytes");
+    EXPECT_EQ(Warnings(), Names{});
+}
+
+TEST_F(LinuxMount, MountsTheBusesThatTheKernelMakesOfAChipThatIsNotKnown) {
+    m_sysfs.AddAdapter(0, "MPC adapter", "/i2c@1");
+    m_sysfs.AddAdapter(5, "i2c-0-mux (chan_id 0)", "/i2c@1/mux@70/i2c@0");
+    CBlobBuilder builder;
+    builder.Begin("i2c@1").Text("compatible", "fsl-i2c").Text("label", "i2c-0");
+    builder.Device("mux@70", "acme,mux", 0x70);
+    builder.Begin("i2c@0").Cells("reg", {0});
+    builder.Device("a@50", "atmel,24c02", 0x50).End().End();
+    builder.Begin("i2c@1").Cells("reg", {1});
+    builder.Device("b@50", "atmel,24c02", 0x50).End().End();
+    builder.End().End();
+    MountLive(builder);
+    EXPECT_EQ(DescriptionAt("/i2c-0/mux@70/i2c@0"), "bus, /dev/i2c-5, i2c-0-mux (chan_id 0)");
+    EXPECT_EQ(DescriptionAt("/i2c-0/mux@70/i2c@0/a@50"), "atmel,24c02 at 0x50: 256 bytes");
+    EXPECT_EQ(DescriptionAt("/i2c-0/mux@70/i2c@1/b@50"),
+              "atmel,24c02: below a device that is not known");
+    EXPECT_EQ(m_dev.opened, (Names{"/dev/i2c-0", "/dev/i2c-5"}));
+}
+
 TEST_F(LinuxMount, NeverGuessesAnAdapter) {
     m_sysfs.AddAdapter(0, "MPC adapter", "");
     CBlobBuilder builder;

@@ -106,6 +106,25 @@ TEST_F(MountTree, ShowsUnknownDevicesWithANote) {
     EXPECT_EQ(Warnings(), Names{});
 }
 
+TEST_F(MountTree, PutsAnUnknownDeviceOfSeveralAddressesAtTheFirst) {
+    MountOnBus([](CBlobBuilder& bus) {
+        bus.Begin("hdmi@3d").Text("compatible", "acme,hdmi").Cells("reg", {0x3D, 0x4D, 0x2D}).End();
+    });
+    EXPECT_EQ(DescriptionAt("/i2c-0/hdmi@3d"), "acme,hdmi at 0x3d: no driver, plain slave");
+    EXPECT_EQ(Warnings(), Names{});
+}
+
+// Where other masters reach the controller, as a management controller's firmware does.
+TEST_F(MountTree, LeavesOutTheAddressThatTheControllerHasAsASlave) {
+    MountOnBus([](CBlobBuilder& bus) {
+        bus.Begin("ipmb@10").Text("compatible", "ipmb-dev").Cells("reg", {0x4000'0010}).End();
+    });
+    EXPECT_EQ(NamesAt("/i2c-0"), Names{});
+    EXPECT_EQ(Warnings(), Names{});
+    EXPECT_EQ(LeftOut(), Names{"/i2c@100/ipmb@10: \"ipmb-dev\" is an address of the controller "
+                               "itself, as a slave\n"});
+}
+
 TEST_F(MountTree, ShowsWhatHangsBelowAnUnknownDevice) {
     MountOnBus([](CBlobBuilder& bus) {
         bus.Device("mux@70", "acme,mux", 0x70).Begin("i2c@0").Cells("reg", {0});

@@ -116,11 +116,13 @@ TEST_F(LinuxBusOwnership, IsToldOfAChipBehindAMultiplexer) {
     m_fake_sysfs.Link("i2c-5/mux_device", "../3-0070");
     m_fake_sysfs.AddChip("5-0050", "24c02", "at24");
     EXPECT_EQ(Bus().OwnerOf(0x50), "at24 at 5-0050");
+    EXPECT_FALSE(Bus().HasOwned(0x50));
 }
 
 TEST_F(LinuxBusOwnership, IsToldByName) {
     LetDriverOwnTheAddress();
     EXPECT_EQ(Bus().OwnerOf(0x50), "at24");
+    EXPECT_TRUE(Bus().HasOwned(0x50));
 }
 
 TEST_F(LinuxBusOwnership, GuardsSmbusOperationsToo) {

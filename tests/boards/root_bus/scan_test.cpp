@@ -23,6 +23,7 @@ class CClosable : public CDiagDevice, public IBusScan {
     bool CanAsk(EScanAccess) override { return false; }
     CScanAnswer Ask(uint8_t, EScanAccess) override { return {}; }
     std::string OwnerOf(uint8_t) override { return {}; }
+    bool HasOwned(uint8_t) override { return false; }
     std::string NameAt(size_t, uint8_t) const override { return {}; }
 
     unsigned int closed = 0;
@@ -66,6 +67,17 @@ TEST_F(RootBusScan, TellsSilenceFromAFailureOfTheBus) {
         EXPECT_EQ(answer.reason, reason);
         EXPECT_EQ(m_bus.GetLastError(), reason);
     }
+}
+
+TEST_F(RootBusScan, GivesOneReasonForAllAddressesThatFailAlike) {
+    const std::string reason = "quick write on /dev/i2c-0: EIO (Input/output error)";
+    m_bus.Answer(CI2cResult::Other("0x50: " + reason));
+    EXPECT_EQ(m_bus.Ask(0x50, EScanAccess::QUICK_WRITE).reason, reason);
+    EXPECT_EQ(m_bus.GetLastError(), "0x50: " + reason);
+    CI2cResult stuck = CI2cResult::BusStuck();
+    stuck.text = "0x51: " + reason;
+    m_bus.Answer(stuck);
+    EXPECT_EQ(m_bus.Ask(0x51, EScanAccess::QUICK_WRITE).reason, "bus stuck low: " + reason);
 }
 
 TEST_F(RootBusScan, WaitsForAMemoryThatStoresAPage) {

@@ -53,6 +53,7 @@ class CFakeBus : public CDiagDevice, public IBusScan, public ISharedPath {
         const auto owner = owners.find(addr);
         return owner != owners.end() ? owner->second : "";
     }
+    bool HasOwned(uint8_t addr) override { return elsewhere.count(addr) == 0; }
     std::string NameAt(size_t, uint8_t addr) const override {
         const auto name = names.find(addr);
         return name != names.end() ? name->second : "";
@@ -65,6 +66,7 @@ class CFakeBus : public CDiagDevice, public IBusScan, public ISharedPath {
     const std::set<uint8_t>* behind = nullptr;  // what the open channel adds
     std::map<uint8_t, std::string> failing;
     std::map<uint8_t, std::string> owners;
+    std::set<uint8_t> elsewhere;  // what an owner has on another bus
     std::map<uint8_t, std::string> names;
     std::set<EScanAccess> lacking;
     unsigned int interrupted_at = 0x100;
@@ -104,6 +106,7 @@ class CFakeMux : public CDiagDevice, public IBusScan {
     bool CanAsk(EScanAccess access) override { return m_bus.CanAsk(access); }
     CScanAnswer Ask(uint8_t addr, EScanAccess access) override { return m_bus.Ask(addr, access); }
     std::string OwnerOf(uint8_t addr) override { return m_bus.OwnerOf(addr); }
+    bool HasOwned(uint8_t addr) override { return m_bus.HasOwned(addr); }
     std::string NameAt(size_t wire, uint8_t addr) const override {
         const auto name = names.find({wire, addr});
         return name != names.end() ? name->second : "";

@@ -98,6 +98,28 @@ TEST_F(ScanPicture, ShowsWhatADriverOfTheKernelWorksWith) {
     EXPECT_THAT(printed, HasSubstr("/bus/mux/ch0 to ch1: nothing answers\n"));
 }
 
+// Where the kernel drives a multiplexer, an address that it has on one channel is taken on
+// the bus above too, but free on the other channels.
+TEST_F(ScanPicture, ShowsWhatADriverWorksWithOnAChannelThere) {
+    auto* first = new CFakeBus("first", m_journal);
+    auto* second = new CFakeBus("second", m_journal);
+    m_other->AddChild(first, CDiagObj::NO_SORT);
+    m_other->AddChild(second, CDiagObj::NO_SORT);
+    m_other->owners = {{0x48, "lm75"}, {0x50, "optoe at 5-0050"}};
+    m_other->elsewhere = {0x50};
+    first->owners = {{0x48, "lm75 at 4-0048"}, {0x50, "optoe"}};
+    first->names = {{0x50, "sfp"}};
+    second->owners = {{0x48, "lm75 at 4-0048"}};
+    second->answering = {0x50};
+    ASSERT_EQ(Run("scan menu"), EXIT_PASSED);
+    EXPECT_THAT(PictureOf("/menu/other"), HasSubstr("\n50: UU --"));
+    EXPECT_THAT(PictureOf("/menu/other/first"), HasSubstr("\n50: UU --"));
+    EXPECT_THAT(PictureOf("/menu/other/first"), EndsWith("\n     0x50 sfp (driver optoe)"));
+    EXPECT_THAT(PictureOf("/menu/other/second"), HasSubstr("\n50: 50 --"));
+    EXPECT_EQ(Wires()[1].cells[0x48].mark, EScanMark::ABOVE);
+    EXPECT_EQ(second->asked.count(0x48), 0U);
+}
+
 TEST_F(ScanPicture, DoesNotTakeAFailureForSilence) {
     m_bus->failing = {
         {0x10, "arbitration lost"}, {0x20, "bus stuck low"}, {0x30, "arbitration lost"}};

@@ -1,7 +1,9 @@
 // What "scan" does on the buses, and what it refuses.
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "host/device_lock.h"
 #include "host/shell/report/json_scan.h"
@@ -95,6 +97,21 @@ TEST_F(Scan, MarksWhatIsNearerAlsoWhenOnlyAChannelIsShown) {
     EXPECT_THAT(printed, HasSubstr("\n50: ^^ 51 --"));
 }
 
+// The kernel leaves the channel connected that it used last: its chip answers on the bus too.
+TEST_F(Scan, AsksTheBusOfAKernelsChannelForItself) {
+    auto* mux = new CDiagMenu(TMENU, "kernels", "a multiplexer of the kernel's");
+    auto* channel = new CFakeBus("ch5", m_journal);
+    m_bus->AddChild(mux, CDiagObj::NO_SORT);
+    mux->AddChild(channel, CDiagObj::NO_SORT);
+    m_bus->answering = {0x51};
+    channel->answering = {0x51};
+    m_bus->owners[0x70] = "pca954x";
+    ASSERT_EQ(Run("scan bus/kernels"), EXIT_PASSED);
+    ASSERT_EQ(Wires().size(), 1U);
+    EXPECT_EQ(Wires()[0].cells[0x51].mark, EScanMark::ANSWERS);
+    EXPECT_EQ(Wires()[0].cells[0x70].mark, EScanMark::ABOVE);
+}
+
 TEST_F(Scan, TriesAMultiplexerThatDoesNotOpenOnceAndNothingBehindIt) {
     m_mux->opens = false;
     m_bus->answering = {0x20};
@@ -123,18 +140,25 @@ TEST_F(Scan, EndsWithCtrlCBetweenTwoAddressesAndClosesTheWay) {
     ASSERT_EQ(Wires().size(), 1U);
     EXPECT_EQ(Wires()[0].cells[0x10].mark, EScanMark::SILENT);
     EXPECT_EQ(Wires()[0].cells[0x11].mark, EScanMark::NOT_ASKED);
+    EXPECT_EQ(printed, "/bus: aborted before 0x11\n");
 }
 
 TEST_F(Scan, WaitsForThePathThatAJobHolds) {
     const auto held = CDeviceHold::Acquire({{m_bus, DEV_LOCK_ACCESS}}, [] { return false; });
     EExitStatus status = EXIT_PASSED;
-    std::thread shell([&] { status = Run("scan bus/mux"); });
-    while (!CDeviceHold::WaitOf(shell.get_id()).has_value()) {
+    std::atomic<bool> ended{false};
+    std::thread shell([&] {
+        status = Run("scan bus/mux");
+        ended = true;
+    });
+    bool waits = false;
+    while (!waits && !ended) {
+        waits = CDeviceHold::WaitOf(shell.get_id()).has_value();
         std::this_thread::yield();
     }
-    EXPECT_TRUE(m_journal.empty());
     std::raise(SIGINT);
     shell.join();
+    EXPECT_TRUE(waits);
     EXPECT_EQ(status, EXIT_ABORTED);
     EXPECT_TRUE(m_journal.empty());
 }
