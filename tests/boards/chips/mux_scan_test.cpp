@@ -101,6 +101,15 @@ TEST_F(MuxScan, LeavesNothingOpenWhenTheLastChipDoesNotOpen) {
     EXPECT_EQ(m_top.chip.Control(), 0);
 }
 
+TEST_F(MuxScan, TellsOfALowerChipThatStaysOpen) {
+    m_low.driver.OpenWire(6);
+    m_bus.Faults().FailNth(1);
+    const CLogCapture log;
+    EXPECT_FALSE(m_low.driver.CloseWay());
+    EXPECT_EQ(m_low.chip.Control(), 0x40);
+    EXPECT_EQ(m_top.chip.Control(), 0);
+}
+
 TEST_F(MuxScan, KnowsWhatTheDescriptionHasOnEachChannel) {
     m_low.driver.SetNameAt(6, 0x51, "eeprom");
     EXPECT_EQ(m_low.driver.NameAt(6, 0x51), "eeprom");

@@ -183,6 +183,36 @@ TEST_F(LinuxMount, DrivesAMultiplexerThatTheKernelLeavesAlone) {
     EXPECT_EQ(m_dev.opened, Names{"/dev/i2c-0"});
 }
 
+// On the bus the kernel has chips at the same addresses.
+TEST_F(LinuxMount, TakesNothingBehindAMultiplexerOfItsOwnForTheKernels) {
+    m_sysfs.AddAdapter(0, "MPC adapter", "/i2c@1");
+    m_sysfs.AddDriver(0, 0x50, "at24", "24c02");
+    m_sysfs.AddDriver(0, 0x71, "pca954x", "pca9548");
+    CBlobBuilder builder;
+    builder.Begin("i2c@1").Text("compatible", "fsl-i2c").Text("label", "i2c-0");
+    builder.Device("mux@70", "nxp,pca9548", 0x70).Begin("i2c@2").Cells("reg", {2});
+    builder.Device("a@50", "atmel,24c02", 0x50).End();
+    builder.Device("low@71", "nxp,pca9548", 0x71).Text("label", "low-1").End();
+    builder.End().End().End();
+    MountLive(builder);
+    EXPECT_EQ(DescriptionAt("/i2c-0/mux@70-0/ch2/a@50"), "atmel,24c02 at 0x50: 256 bytes");
+    EXPECT_NE(dynamic_cast<CMuxChip*>(FindByPath(*m_root, "/i2c-0/mux@70-0/ch2/low-1")), nullptr);
+}
+
+TEST_F(LinuxMount, FindsPortsWhereTheProcessorHasThem) {
+    CBlobBuilder builder;
+    builder.Cells("#address-cells", {1}).Cells("#size-cells", {1});
+    builder.Begin("soc").Cells("ranges", {0, 0xFE00'0000, 0x10'0000});
+    builder.Cells("#address-cells", {1}).Cells("#size-cells", {1});
+    builder.Begin("io@2000").Cells("reg", {0x2000, 4}).End().End();
+    const std::vector<uint8_t> blob = builder.Finish();
+    const CDeviceTree tree("b.dtb", blob);
+    CLinuxHardware hardware(tree, m_sysfs.Sysfs(), {}, m_dev);
+    const ports_file_t ports = hardware.PortsFile(*tree.NodeAt("/soc/io@2000"), 0x2000, 4);
+    EXPECT_EQ(ports.file, "/dev/mem");
+    EXPECT_EQ(ports.offset, 0xFE00'2000U);
+}
+
 TEST_F(LinuxMount, TakesTheChannelsOfTheKernelsMultiplexerForBuses) {
     m_sysfs.AddAdapter(0, "MPC adapter", "/i2c@1");
     m_sysfs.AddDriver(0, 0x70, "pca954x", "pca9548");

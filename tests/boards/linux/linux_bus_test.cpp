@@ -108,6 +108,12 @@ TEST_F(LinuxBus, CannotBeAskedByReadsThatAnSmbusAdapterLacks) {
     EXPECT_FALSE(Bus().CanAsk(EScanAccess::RECEIVE_BYTE));
 }
 
+TEST_F(LinuxBus, CanBeAskedByTheReadsOfAnSmbusAdapter) {
+    m_dev.functions = I2C_FUNC_SMBUS_READ_BYTE;
+    EXPECT_FALSE(Bus().CanAsk(EScanAccess::QUICK_WRITE));
+    EXPECT_TRUE(Bus().CanAsk(EScanAccess::RECEIVE_BYTE));
+}
+
 TEST_F(LinuxBus, OpensItsFileOnceAndClosesItOnce) {
     EXPECT_TRUE(Read(0, 0, 1));
     EXPECT_TRUE(Read(1, 0, 1));

@@ -92,6 +92,13 @@ TEST_F(RootBusScan, WaitsForAMemoryThatStoresAPage) {
     EXPECT_EQ(m_bus.Tapes().size(), 3U);
 }
 
+TEST_F(RootBusScan, DoesNotTakeAQuickWriteForOneThatIsStored) {
+    EXPECT_EQ(m_bus.Ask(0x50, EScanAccess::QUICK_WRITE).kind, CScanAnswer::ACKNOWLEDGED);
+    m_bus.Answer(CI2cResult::NoAddrAck(0));
+    EXPECT_EQ(m_bus.Ask(0x50, EScanAccess::QUICK_WRITE).kind, CScanAnswer::SILENT);
+    EXPECT_EQ(m_bus.Tapes().size(), 2U);
+}
+
 TEST_F(RootBusScan, ClosesTheMultiplexersOnIt) {
     auto* mux = new CClosable(true);
     m_bus.AddChild(mux, CDiagObj::NO_SORT);

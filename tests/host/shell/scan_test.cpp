@@ -18,6 +18,29 @@ using testing::StartsWith;
 
 class Scan : public ScanTest {};
 
+class ScanBesideAJob : public ScanTest {
+  protected:
+    void ExpectToWaitFor(const CDiagDevice& device) {
+        const auto held = CDeviceHold::Acquire({{&device, DEV_LOCK_ACCESS}}, [] { return false; });
+        EExitStatus status = EXIT_PASSED;
+        std::atomic<bool> ended{false};
+        std::thread shell([&] {
+            status = Run("scan bus/mux");
+            ended = true;
+        });
+        bool waits = false;
+        while (!waits && !ended) {
+            waits = CDeviceHold::WaitOf(shell.get_id()).has_value();
+            std::this_thread::yield();
+        }
+        std::raise(SIGINT);
+        shell.join();
+        EXPECT_TRUE(waits);
+        EXPECT_EQ(status, EXIT_ABORTED);
+        EXPECT_TRUE(m_journal.empty());
+    }
+};
+
 bool HoldsMemory(unsigned int addr) {
     return (addr >= 0x30 && addr <= 0x37) || (addr >= 0x50 && addr <= 0x5F);
 }
@@ -143,24 +166,12 @@ TEST_F(Scan, EndsWithCtrlCBetweenTwoAddressesAndClosesTheWay) {
     EXPECT_EQ(printed, "/bus: aborted before 0x11\n");
 }
 
-TEST_F(Scan, WaitsForThePathThatAJobHolds) {
-    const auto held = CDeviceHold::Acquire({{m_bus, DEV_LOCK_ACCESS}}, [] { return false; });
-    EExitStatus status = EXIT_PASSED;
-    std::atomic<bool> ended{false};
-    std::thread shell([&] {
-        status = Run("scan bus/mux");
-        ended = true;
-    });
-    bool waits = false;
-    while (!waits && !ended) {
-        waits = CDeviceHold::WaitOf(shell.get_id()).has_value();
-        std::this_thread::yield();
-    }
-    std::raise(SIGINT);
-    shell.join();
-    EXPECT_TRUE(waits);
-    EXPECT_EQ(status, EXIT_ABORTED);
-    EXPECT_TRUE(m_journal.empty());
+TEST_F(ScanBesideAJob, WaitsForThePathThatItHolds) {
+    ExpectToWaitFor(*m_bus);
+}
+
+TEST_F(ScanBesideAJob, WaitsForTheMultiplexerThatItHolds) {
+    ExpectToWaitFor(*m_low);
 }
 
 TEST_F(Scan, RefusesANodeWithoutABus) {
