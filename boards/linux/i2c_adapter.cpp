@@ -58,19 +58,22 @@ std::string CI2cAdapter::Description() const {
     return m_name.empty() ? m_path : m_path + " (" + m_name + ")";
 }
 
-// sysfs does not tell every owner: a chip that firmware other than a device tree describes
-// has no address there, and what drivers own behind multiplexers must not be disturbed
-// from before them either. The kernel refuses to select such an address.
+// The kernel refuses to select an address that a driver owns, and asking it costs less
+// than sysfs, which does not tell every owner: a chip that firmware other than a device
+// tree describes has no address there, and what drivers own behind multiplexers must not
+// be disturbed from before them either.
 std::string CI2cAdapter::DriverOf(uint8_t addr) {
-    std::string driver = m_number ? m_sysfs.DriverOf(*m_number, addr) : std::string();
-    if (driver.empty()) {
+    {
         const CGuard<CMutex> guard(m_lock);
-        if (Select(addr, false) == -EBUSY) {
-            driver = m_number ? m_sysfs.DriverAcrossMuxes(*m_number, addr) : std::string();
-            driver = driver.empty() ? NAMELESS_DRIVER : driver;
+        if (Select(addr, false) != -EBUSY) {
+            return {};
         }
     }
-    return driver;
+    std::string driver = m_number ? m_sysfs.DriverOf(*m_number, addr) : std::string();
+    if (driver.empty() && m_number) {
+        driver = m_sysfs.DriverAcrossMuxes(*m_number, addr);
+    }
+    return driver.empty() ? NAMELESS_DRIVER : driver;
 }
 
 bool CI2cAdapter::HasDrivenChip(uint8_t addr) const {

@@ -24,8 +24,9 @@ constinit CNext<CCheckedOpenAt> next_openat_2("__openat_2");
 constinit CNext<CCheckedOpenAt> next_openat64_2("__openat64_2");
 
 // The third argument of an open is there only if the flags ask for it.
-bool HasMode(int flags) {
-    return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+mode_t ModeOf(int flags, va_list arguments) {
+    const bool has_mode = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+    return has_mode ? va_arg(arguments, mode_t) : 0;
 }
 
 }  // namespace
@@ -33,7 +34,7 @@ bool HasMode(int flags) {
 EXPORTED int open(const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = HasMode(flags) ? va_arg(arguments, mode_t) : 0;
+    const mode_t mode = ModeOf(flags, arguments);
     va_end(arguments);
     return IsDriver(path) ? OpenDriver(path, flags) : next_open.Get()(path, flags, mode);
 }
@@ -41,7 +42,7 @@ EXPORTED int open(const char* path, int flags, ...) {
 EXPORTED int open64(const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = HasMode(flags) ? va_arg(arguments, mode_t) : 0;
+    const mode_t mode = ModeOf(flags, arguments);
     va_end(arguments);
     return IsDriver(path) ? OpenDriver(path, flags) : next_open64.Get()(path, flags, mode);
 }
@@ -49,7 +50,7 @@ EXPORTED int open64(const char* path, int flags, ...) {
 EXPORTED int openat(int folder, const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = HasMode(flags) ? va_arg(arguments, mode_t) : 0;
+    const mode_t mode = ModeOf(flags, arguments);
     va_end(arguments);
     return IsDriver(path) ? OpenDriver(path, flags) : next_openat.Get()(folder, path, flags, mode);
 }
@@ -57,7 +58,7 @@ EXPORTED int openat(int folder, const char* path, int flags, ...) {
 EXPORTED int openat64(int folder, const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = HasMode(flags) ? va_arg(arguments, mode_t) : 0;
+    const mode_t mode = ModeOf(flags, arguments);
     va_end(arguments);
     return IsDriver(path) ? OpenDriver(path, flags)
                           : next_openat64.Get()(folder, path, flags, mode);

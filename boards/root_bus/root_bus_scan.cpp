@@ -48,11 +48,13 @@ CScanAnswer CRootBus::Ask(uint8_t addr, EScanAccess access) {
         Succeed(req);
         return {CScanAnswer::ACKNOWLEDGED, {}};
     }
-    const std::string failure = FailureText(result, req, polls);
-    Fail(OPERATION, req, "%s", failure.c_str());
+    // Silence is what most addresses answer, and no failure of a scan.
     if (result.outcome == I2C_NO_ADDR_ACK) {
+        Succeed(req);
         return {CScanAnswer::SILENT, {}};
     }
+    const std::string failure = FailureText(result, req, polls);
+    Fail(OPERATION, req, "%s", failure.c_str());
     return {CScanAnswer::FAILED, WithoutAddress(failure, addr)};
 }
 

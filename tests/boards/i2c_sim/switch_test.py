@@ -258,4 +258,7 @@ class Installed(SimRun):
 
 
 if __name__ == "__main__":
+    # A shell that starts this in the background has both ignored, and COMMAND could not trap them.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
+    signal.signal(signal.SIGQUIT, signal.SIG_DFL)
     unittest.main()

@@ -17,7 +17,10 @@ class LinuxBusOwnership : public CLinuxBusTest {
             return answer;
         });
     }
-    void LetDriverOwnTheAddress() { m_fake_sysfs.AddChip("3-0050", "24c02", "at24"); }
+    void LetDriverOwnTheAddress() {
+        m_fake_sysfs.AddChip("3-0050", "24c02", "at24");
+        m_dev.owned = {0x50};
+    }
 
     std::vector<std::string> m_questions;
 };
@@ -37,7 +40,7 @@ TEST_F(LinuxBusOwnership, RefusesToWriteWhereNobodyCanBeAsked) {
     EXPECT_EQ(m_errmsg,
               "0x50: write 3 bytes on /dev/i2c-3: a kernel driver uses the address (at24); "
               "diagsh --force writes all the same");
-    EXPECT_TRUE(m_dev.calls.empty());
+    EXPECT_EQ(m_dev.Call(), "slave 0x50");
 }
 
 TEST_F(LinuxBusOwnership, WarnsOfWhatWasNotWritten) {
@@ -53,7 +56,7 @@ TEST_F(LinuxBusOwnership, AsksTheOperator) {
     EXPECT_TRUE(Write(1, 0, 1));
     EXPECT_EQ(m_questions, (std::vector<std::string>{
                                "write to 0x50 on /dev/i2c-3, which a kernel driver uses (at24)"}));
-    EXPECT_EQ(m_dev.Call(), "rdwr {addr 0x50 flags 0x0 len 2 00 11}");
+    EXPECT_EQ(m_dev.calls.back(), "rdwr {addr 0x50 flags 0x0 len 2 00 11}");
 }
 
 TEST_F(LinuxBusOwnership, AsksOnceForAllWritesOfACommand) {
@@ -68,7 +71,7 @@ TEST_F(LinuxBusOwnership, DoesWhatTheOperatorSays) {
     LetDriverOwnTheAddress();
     const CConsent consent = Operator(false);
     EXPECT_FALSE(Write(1, 0, 1));
-    EXPECT_TRUE(m_dev.calls.empty());
+    EXPECT_EQ(m_dev.Call(), "slave 0x50");
 }
 
 TEST_F(LinuxBusOwnership, LetsEverybodyRead) {
@@ -89,7 +92,7 @@ TEST_F(LinuxBusOwnership, LetsEverybodyAskWhetherAChipIsThere) {
 TEST_F(LinuxBusOwnership, CountsACommandWithoutDataAsAWrite) {
     LetDriverOwnTheAddress();
     EXPECT_FALSE(Write(1, 0x12, 0));
-    EXPECT_TRUE(m_dev.calls.empty());
+    EXPECT_EQ(m_dev.Call(), "slave 0x50");
 }
 
 TEST_F(LinuxBusOwnership, IsLookedAtForEachWrite) {
@@ -97,6 +100,7 @@ TEST_F(LinuxBusOwnership, IsLookedAtForEachWrite) {
     LetDriverOwnTheAddress();
     EXPECT_FALSE(Write(1, 0, 1));
     std::filesystem::remove(m_fake_sysfs.Devices() / "3-0050/driver");
+    m_dev.owned.clear();
     EXPECT_TRUE(Write(1, 0, 1));
 }
 
@@ -130,10 +134,10 @@ TEST_F(LinuxBusOwnership, GuardsSmbusOperationsToo) {
     m_dev.owned = {0x50};
     LetDriverOwnTheAddress();
     EXPECT_FALSE(Write(1, 0, 1));
-    EXPECT_TRUE(m_dev.calls.empty());
+    EXPECT_EQ(m_dev.Call(), "slave 0x50");
     const CConsent consent = Operator(true);
     EXPECT_TRUE(Write(1, 0, 1));
-    EXPECT_EQ(m_dev.calls, (std::vector<std::string>{"slave-force 0x50",
+    EXPECT_EQ(m_dev.calls, (std::vector<std::string>{"slave 0x50", "slave 0x50", "slave-force 0x50",
                                                      "smbus write command 0x00 size 2 byte 11"}));
 }
 
