@@ -124,7 +124,7 @@ void CI2cMount::MountDevice(const CDeviceTreeNode& node, const CMatch& match, ui
     MountUnknown(request, wire);
 }
 
-void CI2cMount::MountKnown(CDeviceRequest& request, const CBinding& binding, uint8_t addr,
+void CI2cMount::MountKnown(CDeviceRequest request, const CBinding& binding, uint8_t addr,
                            CI2cWire& wire) {
     const CDeviceTreeNode& node = request.node;
     eeprom_part_t eeprom = {};
@@ -181,6 +181,7 @@ void CI2cMount::ShowBelow(const CDeviceTreeNode& parent, CDiagMenu& menu) {
 void CI2cMount::MountSwitch(const CDeviceTreeNode& node, CDiagI2cSwitch& mux,
                             const CI2cWire& above) {
     std::vector<CI2cWire*> channels;
+    channels.reserve(static_cast<size_t>(mux.getNumberofChannels()));
     for (int ch = 0; ch < mux.getNumberofChannels(); ++ch) {
         channels.push_back(&m_wires.emplace_back(above, mux, static_cast<int8_t>(ch)));
     }

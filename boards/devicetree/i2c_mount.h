@@ -46,7 +46,7 @@ class CI2cMount {
     void MountNode(const CDeviceTreeNode& node, CI2cWire& wire);
     void MountDevice(const CDeviceTreeNode& node, const CMatch& match, uint8_t addr,
                      CI2cWire& wire);
-    void MountKnown(CDeviceRequest& request, const CBinding& binding, uint8_t addr, CI2cWire& wire);
+    void MountKnown(CDeviceRequest request, const CBinding& binding, uint8_t addr, CI2cWire& wire);
     void MountUnknown(const CDeviceRequest& request, const CI2cWire& wire);
     void ShowBelow(const CDeviceTreeNode& parent, CDiagMenu& menu);
     void MountSwitch(const CDeviceTreeNode& node, CDiagI2cSwitch& mux, const CI2cWire& above);

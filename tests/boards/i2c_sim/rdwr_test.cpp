@@ -1,6 +1,9 @@
 // I2C_RDWR and plain reads and writes, as a program meets them.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 #include "tests/boards/i2c_sim/adapter_access.h"
 
 TEST(SimAdapter, MovesMessagesInOneTransfer) {
@@ -90,6 +93,16 @@ TEST(SimAdapter, RefusesMessagesOfKindsThatItHasNot) {
     EXPECT_EQ(bus.Transfer({{SENSOR, I2C_M_RD | I2C_M_RECV_LEN, 34, bytes.data()}}), -EOPNOTSUPP);
     EXPECT_EQ(bus.Transfer({{SENSOR, I2C_M_RD | I2C_M_RECV_LEN, 0, bytes.data()}}), -EINVAL);
     EXPECT_EQ(bus.Transfer({{SENSOR, I2C_M_RECV_LEN, 34, bytes.data()}}), -EINVAL);
+}
+
+// 5 ms of write cycle, in which no transfer makes time pass.
+TEST(SimAdapter, LetsTheTimeOfTheProgramPassForTheChips) {
+    const CAdapterFile bus(BUS_0);
+    ASSERT_EQ(bus.Write(EEPROM, {0x1F, 0xF8, 0xA5}), 1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    CBytes in(1);
+    EXPECT_EQ(bus.WriteRead(EEPROM, {0x1F, 0xF8}, in), 2);
+    EXPECT_EQ(in, CBytes{0xA5});
 }
 
 TEST(SimAdapter, AddressesWithoutBytes) {

@@ -200,6 +200,33 @@ class Options(SimRun):
         self.assertEqual(self.output_of("python3", "-c", script, options=("--functions", "smbus")),
                          "True\n")
 
+    def test_messages_are_not_supported_where_there_is_smbus_alone(self):
+        script = ("import ctypes, errno, fcntl, os, struct\n"
+                  "fd = os.open('/dev/i2c-0', os.O_RDWR)\n"
+                  "byte = ctypes.create_string_buffer(1)\n"
+                  "message = struct.pack('@HHHP', 0x4c, 1, 1, ctypes.addressof(byte))\n"
+                  "messages = ctypes.create_string_buffer(message)\n"
+                  "request = bytearray(struct.pack('@PI0P', ctypes.addressof(messages), 1))\n"
+                  "try: print(fcntl.ioctl(fd, 0x0707, request))\n"
+                  "except OSError as fault: print(fault.errno == errno.EOPNOTSUPP)")
+        for functions, outcome in (("smbus", "True\n"), ("i2c", "1\n")):
+            self.assertEqual(self.output_of("python3", "-c", script,
+                                            options=("--functions", functions)), outcome)
+
+    def test_a_multiplexer_of_the_kernels_is_left_as_the_description_says(self):
+        blob = self.folder / "board.dtb"
+        shutil.copy(DTB, blob)
+        link = "$SYSFS_PATH/bus/i2c/devices/0-0077/channel-0"
+        get = shlex.quote(tool("i2cget"))
+        script = (f"{get} -y $(readlink {link} | sed s,.*i2c-,,) 0x51 2 > $0/byte && "
+                  f"{get} -f -y 0 0x77")
+        words = [SWITCH, "--state", self.state, "--kernel-mux", blob, "sh", "-c", script,
+                 self.folder]
+        self.assertEqual(run(*words), (0, "0x00\n", ""))
+        mux = "/soc@ffe000000/i2c@118000/i2c-mux@77"
+        self.assertEqual(run("fdtput", "-d", blob, mux, "i2c-mux-idle-disconnect"), (0, "", ""))
+        self.assertEqual(run(*words), (0, "0x08\n", ""))
+
     def test_nobody_can_be_told_in_several_ways(self):
         script = ("import errno, fcntl, os\n"
                   "fd = os.open('/dev/i2c-0', os.O_RDWR)\n"
