@@ -18,7 +18,7 @@ class CDiagMenu : public CDiagObj {
     // Sends printf-style text to the log and the terminal. Where va_list is a char*, as on
     // powerpc64, a text that is the only argument would be taken for a list, so the classes
     // that devices, commands and tests derive from override the second alone and hide the
-    // first. Of any other node, send such a text as const char*.
+    // first. Through any other node, send such a text as const char*.
     virtual void SendLog(unsigned int logword, const char* fmt, va_list args) const
         __attribute__((format(printf, 3, 0)));
     virtual void SendLog(unsigned int logword, const char* fmt, ...) const

@@ -79,7 +79,9 @@ class Tour(unittest.TestCase):
         self.assertGreater(len(steps), 20)
         # A terminal that edits no lines shows just what is typed and printed.
         environment = {"PATH": os.environ["PATH"], "HOME": str(self.folder), "TERM": "dumb",
-                       "PS1": "$ "}
+                       "PS1": "$ ",
+                       **{name: value for name, value in os.environ.items()
+                          if name.startswith("QEMU_")}}
         shell = pexpect.spawn("bash", ["--norc", "--noprofile", "--noediting"], encoding="utf-8",
                               cwd=str(self.folder), env=environment, dimensions=(50, 500),
                               timeout=TIMEOUT_S)

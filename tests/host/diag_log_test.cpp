@@ -69,7 +69,7 @@ TEST(DiagLog, GivesWhatNodesAndCodeWithoutANodeSend) {
     CListSink sink;
     const CListening listening(sink);
     const CDiagMenu node(TMENU, "node", "");
-    node.SendLog(LW_PRINT, "from %s", "node");
+    node.SendLog(LW_PRINT, "from %s", node.GetName());
     diag_pf_send_log(LW_WARN, "from %s", "nowhere");
     ASSERT_EQ(sink.Records().size(), 2U);
     EXPECT_EQ(sink.Records()[0].node, &node);
