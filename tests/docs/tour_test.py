@@ -1,4 +1,4 @@
-"""The tour of docs/operator.md, typed at a terminal as it stands there.
+"""docs/tour.md, typed at a terminal as it stands there.
 
 Its console blocks are one session, lines behind a prompt what is typed and lines
 between what is shown; "..." is any text, and alone on a line any lines.
@@ -16,16 +16,15 @@ import unittest
 
 import pexpect
 
-DOCUMENT = pathlib.Path(os.environ["SOURCES"]) / "docs" / "operator.md"
+DOCUMENT = pathlib.Path(os.environ["SOURCES"]) / "docs" / "tour.md"
 PROMPT = re.compile(r"(\$|/[-\w/.]*>) (.*)")
 TIMEOUT_S = 60
 
 
 def steps_of(document):
     """The prompt, the command and the lines shown of each step of the tour."""
-    tour = re.search(r"^## A ten-minute tour\n(.*?)^## ", document, re.MULTILINE | re.DOTALL)
     steps = []
-    for block in re.findall(r"^```console\n(.*?)^```\n", tour.group(1), re.MULTILINE | re.DOTALL):
+    for block in re.findall(r"^```console\n(.*?)^```\n", document, re.MULTILINE | re.DOTALL):
         for line in block.splitlines():
             if typed := PROMPT.fullmatch(line):
                 steps.append((typed.group(1) + " ", typed.group(2), []))
