@@ -87,7 +87,10 @@ CBoardArguments ParseBoardArguments(int argc, const char* const* argv) {
     }
     for (const std::string& bus : buses) {
         const auto [node, device] = ParseBus(bus);
-        arguments.buses[node] = device;
+        if (const auto [first, is_new] = arguments.buses.emplace(node, device); !is_new) {
+            throw CDiagException("board arguments: --bus %s: the bus of %s is %s already",
+                                 bus.c_str(), node.c_str(), first->second.c_str());
+        }
     }
     if (of_sim->count() != 0) {
         arguments.kind = EBoardKind::SIMULATED;

@@ -20,6 +20,24 @@ std::optional<unsigned int> AdapterOf(const CI2cWire& wire) {
     return CI2cSysfs::NumberOf(dynamic_cast<CLinuxBus&>(wire.Root()).Path());
 }
 
+// Which node each adapter was told to be the bus of. Each wire is one bus of the tree, as
+// its locks and the channels that are open are kept there.
+std::map<unsigned int, std::string> NodesByAdapter(const CLinuxHardware::CBuses& buses) {
+    std::map<unsigned int, std::string> nodes;
+    for (const auto& [node, device] : buses) {
+        const auto number = CI2cSysfs::NumberOf(device);
+        if (!number) {
+            continue;
+        }
+        const auto [other, is_new] = nodes.emplace(*number, node);
+        if (!is_new) {
+            throw CDiagException("--bus %s=%s: that adapter is the bus of %s already", node.c_str(),
+                                 device.c_str(), other->second.c_str());
+        }
+    }
+    return nodes;
+}
+
 }  // namespace
 
 CLinuxHardware::CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const CBuses& buses,
@@ -31,9 +49,16 @@ CLinuxHardware::CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const C
                                  device.c_str(), node.c_str());
         }
     }
+    const std::map<unsigned int, std::string> told = NodesByAdapter(buses);
     for (const i2c_adapter_t& adapter : m_sysfs.Adapters()) {
-        if (!adapter.of_node.empty()) {
-            m_devices.emplace(adapter.of_node, adapter.dev_path);  // what was told comes first
+        if (adapter.of_node.empty() || buses.contains(adapter.of_node)) {
+            continue;  // what was told comes first
+        }
+        const auto other = told.find(adapter.number);
+        if (other == told.end()) {
+            m_devices.emplace(adapter.of_node, adapter.dev_path);
+        } else {
+            m_given_away.emplace(adapter.of_node, other->second);
         }
     }
 }
@@ -49,13 +74,17 @@ void CLinuxHardware::End(CDiagMenu&) {
 }
 
 bool CLinuxHardware::HasBus(const CDeviceTreeNode& node) const {
-    return m_devices.contains(node.Path());
+    return m_devices.contains(node.Path()) || m_given_away.contains(node.Path());
 }
 
 std::unique_ptr<CRootBus> CLinuxHardware::CreateBus(const CDeviceRequest& request,
                                                     const std::string& name) {
     const std::string path = request.node.Path();
     m_unused.erase(path);
+    if (const auto other = m_given_away.find(path); other != m_given_away.end()) {
+        throw CDiagException("%s: its adapter was told to be the bus of %s, with --bus",
+                             path.c_str(), other->second.c_str());
+    }
     const auto found = m_devices.find(path);
     if (found == m_devices.end()) {
         throw CDiagException(

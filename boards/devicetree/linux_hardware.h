@@ -17,7 +17,8 @@ class CLinuxHardware : public IBoardHardware {
     using CBuses = std::map<std::string, std::string>;
 
     // A bus is the adapter that the kernel made for its node, or the one that `buses`
-    // names. Throws CDiagException for a node there that the tree has not.
+    // names. Throws CDiagException for a node there that the tree has not, and for an
+    // adapter that is named twice.
     CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const CBuses& buses,
                    II2cDev& dev = KernelI2cDev());
 
@@ -46,6 +47,7 @@ class CLinuxHardware : public IBoardHardware {
 
     const CI2cSysfs m_sysfs;
     II2cDev& m_dev;
-    CBuses m_devices;  // the device file of each bus, by the path of its node
-    CBuses m_unused;   // of those that were told
+    CBuses m_devices;     // the device file of each bus, by the path of its node
+    CBuses m_given_away;  // whose bus the adapter of a node was told to be, by its path
+    CBuses m_unused;      // of those that were told
 };

@@ -106,6 +106,13 @@ TEST(BoardArguments, SayHowABusIsNamed) {
     }
 }
 
+TEST(BoardArguments, GiveANodeOneBus) {
+    EXPECT_EQ(ThrownText([] {
+                  Parse({"--bus", "/i2c@1=/dev/i2c-0", "--bus", "/i2c@1=/dev/i2c-3"});
+              }),
+              "board arguments: --bus /i2c@1=/dev/i2c-3: the bus of /i2c@1 is /dev/i2c-0 already");
+}
+
 TEST(BoardArguments, RefuseWhatContradictsItself) {
     const std::vector<std::vector<const char*>> wrong = {
         {"--sim", "a.dtb", "--dtb", "b.dtb"},

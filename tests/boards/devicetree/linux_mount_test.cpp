@@ -87,6 +87,37 @@ TEST_F(LinuxMount, RefusesABusThatTheDescriptionHasNot) {
               "--bus /soc/i2c@9=/dev/i2c-0: the description has no node /soc/i2c@9");
 }
 
+// Its locks, and which channels are open behind it, are kept by the one bus of the tree.
+TEST_F(LinuxMount, MakesOneBusOfAnAdapterThatIsToldToBeAnothers) {
+    m_sysfs.AddAdapter(3, "MPC adapter (2)", "/soc/i2c@2");
+    m_sysfs.AddAdapter(7, "MPC adapter (1)", "/soc/i2c@1");
+    CBlobBuilder builder;
+    DescribeTwoBuses(builder);
+    MountLive(builder, {{"/soc/i2c@1", "/dev/i2c-3"}});
+    EXPECT_EQ(DescriptionAt("/first"), "fsl-i2c, /dev/i2c-3, MPC adapter (2)");
+    EXPECT_EQ(m_dev.opened, Names{"/dev/i2c-3"});
+    EXPECT_EQ(Warnings(), Names{"left out: /soc/i2c@2: its adapter was told to be the bus of "
+                                "/soc/i2c@1, with --bus\n"});
+}
+
+TEST_F(LinuxMount, ExchangesTwoAdapters) {
+    m_sysfs.AddAdapter(3, "MPC adapter (2)", "/soc/i2c@2");
+    m_sysfs.AddAdapter(7, "MPC adapter (1)", "/soc/i2c@1");
+    CBlobBuilder builder;
+    DescribeTwoBuses(builder);
+    MountLive(builder, {{"/soc/i2c@1", "/dev/i2c-3"}, {"/soc/i2c@2", "/dev/i2c-7"}});
+    EXPECT_EQ(m_dev.opened, (Names{"/dev/i2c-3", "/dev/i2c-7"}));
+}
+
+TEST_F(LinuxMount, RefusesAnAdapterThatIsToldTwice) {
+    CBlobBuilder builder;
+    DescribeTwoBuses(builder);
+    EXPECT_EQ(ThrownText([&] {
+                  MountLive(builder, {{"/soc/i2c@1", "/dev/i2c-0"}, {"/soc/i2c@2", "/dev/i2c-0"}});
+              }),
+              "--bus /soc/i2c@2=/dev/i2c-0: that adapter is the bus of /soc/i2c@1 already");
+}
+
 TEST_F(LinuxMount, SaysWhichBusItWasToldInVain) {
     CBlobBuilder builder;
     builder.Begin("i2c@1").Text("compatible", "fsl-i2c").Text("status", "disabled").End();
