@@ -4,9 +4,9 @@
 #include <array>
 
 #include "boards/devicetree/i2c_nodes.h"
-#include "boards/devicetree/part_name.h"
 #include "boards/devicetree/plain_node.h"
 #include "boards/devicetree/property_reader.h"
+#include "boards/devicetree/register_part_name.h"
 
 namespace {
 
@@ -97,7 +97,7 @@ CMatch MatchCompatible(const CDeviceTreeNode& node) {
         }
     }
     for (const std::string& compatible : compatibles) {
-        if (const CBinding* binding = FindBinding("*," + std::string(PartName(compatible)))) {
+        if (const CBinding* binding = FindBinding("*," + std::string(RegisterPartName(compatible)))) {
             return {binding, compatible};
         }
     }

@@ -17,6 +17,7 @@
 #include "boards/devicetree/part_name.h"
 #include "boards/devicetree/plain_node.h"
 #include "boards/devicetree/printable_text.h"
+#include "boards/devicetree/register_part_name.h"
 #include "framework/diag_exception.h"
 #include "i2c/diag_mfg_eeprom.h"
 #include "i2c/diag_spd_eeprom.h"
@@ -84,7 +85,7 @@ std::unique_ptr<CDiagMenu> CreateDecodedEeprom(const CDeviceRequest& request,
 
 template <class Chip>
 std::unique_ptr<Chip> CreateRegisters(const CDeviceRequest& request) {
-    const register_part_t* part = FindRegisterPart(PartName(request.compatible));
+    const register_part_t* part = FindRegisterPart(RegisterPartName(request.compatible));
     if (part == nullptr) {
         throw CDiagException("%s: there is no register chip \"%s\"", request.node.Path().c_str(),
                              PrintableText(request.compatible).c_str());

@@ -7,6 +7,7 @@
 #include "boards/devicetree/file_bytes.h"
 #include "boards/devicetree/part_name.h"
 #include "boards/devicetree/printable_text.h"
+#include "boards/devicetree/register_part_name.h"
 #include "boards/sim/sim_at24.h"
 #include "framework/diag_functions.h"
 
@@ -85,7 +86,7 @@ CSimParts CreateSimMux(const CChipRequest& request) {
 }
 
 CSimParts CreateSimRegisters(const CChipRequest& request) {
-    const sim_register_part_t* part = FindSimRegisterPart(PartName(request.compatible));
+    const sim_register_part_t* part = FindSimRegisterPart(RegisterPartName(request.compatible));
     if (part == nullptr) {
         RefusePart(request);
     }

@@ -57,6 +57,11 @@ TEST_F(RegisterMount, MountsEveryPartOfEveryVendorWithItsChip) {
         {"nxp,pca9535", 0x21, "nxp,pca9535 at 0x21: I/O expander, 16 pins"},
         {"ti,pca9555", 0x22, "ti,pca9555 at 0x22: I/O expander, 16 pins"},
         {"nxp,pcf8574", 0x23, "nxp,pcf8574 at 0x23: I/O expander, 8 pins"},
+        {"ti,tmp275", 0x4B, "ti,tmp275 at 0x4b: temperature sensor"},
+        {"ti,ina219", 0x41, "ti,ina219 at 0x41: power monitor"},
+        {"ti,tca9554", 0x24, "ti,tca9554 at 0x24: I/O expander, 8 pins"},
+        {"ti,tca9539", 0x74, "ti,tca9539 at 0x74: I/O expander, 16 pins"},
+        {"nxp,pcf8574a", 0x38, "nxp,pcf8574a at 0x38: I/O expander, 8 pins"},
         {"morva,quillbank-cpld", 0x60, "morva,quillbank-cpld at 0x60: board CPLD"},
     };
     MountOnBus([&](CBlobBuilder& bus) {
