@@ -8,7 +8,7 @@
 #include "fuzz/fuzz_target.h"
 #include "host/shell/input/command_line.h"
 #include "host/shell/input/word_at_cursor.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

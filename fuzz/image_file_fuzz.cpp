@@ -7,7 +7,7 @@
 #include "host/hex_dump.h"
 #include "host/image_file.h"
 #include "host/printable.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 #include "tests/support/dump_text.h"
 
 namespace {

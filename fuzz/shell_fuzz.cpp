@@ -22,8 +22,8 @@
 #include "host/shell/report/json_report.h"
 #include "host/shell/run/interrupt.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
 #include "host/terminal.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "host/image_file.h"
 #include "host/printable.h"
 #include "host/shell/near_names.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

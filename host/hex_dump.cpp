@@ -7,7 +7,7 @@
 #include "host/hex_dump_offsets.h"
 #include "host/hex_dump_row.h"
 #include "host/printable.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "host/c_initializer.h"
 #include "host/printable.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "framework/file_descriptor.h"
 #include "host/hex_dump.h"
 #include "host/printable.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -24,9 +24,9 @@
 #include "host/shell/script.h"
 #include "host/shell/session.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
 #include "host/standard_streams.h"
 #include "host/terminal.h"
+#include "host/usage_error.h"
 
 namespace {
 

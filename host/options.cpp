@@ -5,7 +5,7 @@
 
 #include "host/board_loader.h"
 #include "host/shell/exit_status.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

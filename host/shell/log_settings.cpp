@@ -4,7 +4,7 @@
 #include "host/log_types.h"
 #include "host/printable.h"
 #include "host/shell/number.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

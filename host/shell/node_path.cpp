@@ -7,7 +7,7 @@
 #include "host/printable.h"
 #include "host/shell/near_names.h"
 #include "host/shell/node_kind.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "host/printable.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "host/shell/run/foreground_stop.h"
 #include "host/shell/run/node_run.h"
 #include "host/shell/run/request.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

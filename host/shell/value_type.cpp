@@ -7,7 +7,7 @@
 #include "host/integer_type.h"
 #include "host/printable.h"
 #include "host/shell/number.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

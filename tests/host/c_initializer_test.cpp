@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "host/image_file.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

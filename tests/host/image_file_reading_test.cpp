@@ -6,7 +6,7 @@
 
 #include "host/hex_dump.h"
 #include "host/image_file.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 #include "tests/support/temp_folder.h"
 
 namespace {

@@ -11,8 +11,8 @@
 #include "host/shell/run/request.h"
 #include "host/shell/run/run_note.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
 #include "host/shell/value_type.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "framework/diag_functions.h"
 #include "host/diag_tree.h"
 #include "host/shell/node_kind.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -18,7 +18,7 @@
 #include "host/shell/builtins/status.h"
 #include "host/shell/node_kind.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "host/shell/input/history.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "host/printable.h"
 #include "host/shell/builtins/builtins.h"
 #include "host/shell/number.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "host/shell/log_settings.h"
 #include "host/shell/shell.h"
 #include "host/shell/table.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

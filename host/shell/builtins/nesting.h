@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 // One level, for a scope.
 class CNesting {

@@ -1,7 +1,7 @@
 #include "host/shell/builtins/raw_arguments.h"
 
 #include "host/printable.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 CRawArguments::CRawArguments(const std::string& builtin, const std::vector<std::string>& words,
                              const std::string& option, size_t min_count, size_t max_count) {

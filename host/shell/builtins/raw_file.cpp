@@ -9,7 +9,7 @@
 #include "framework/diag_exception.h"
 #include "framework/diag_functions.h"
 #include "host/printable.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "host/shell/number.h"
 #include "host/shell/run/run_note.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "host/diag_tree.h"
 #include "host/shell/node_kind.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "host/shell/builtins/scan_wires.h"
 #include "host/shell/node_kind.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "host/printable.h"
 #include "host/shell/run/interrupt.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

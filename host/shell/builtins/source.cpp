@@ -8,7 +8,7 @@
 #include "host/shell/input/line_reader.h"
 #include "host/shell/script.h"
 #include "host/shell/shell.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 EExitStatus Source(CShell& shell, const std::vector<std::string>& arguments) {
     const std::string& name = arguments.front();

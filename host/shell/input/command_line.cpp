@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "host/printable.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -14,8 +14,8 @@
 #include "host/shell/run/register_arguments.h"
 #include "host/shell/run/request.h"
 #include "host/shell/run/run_recorder.h"
-#include "host/shell/usage_error.h"
 #include "host/terminal.h"
+#include "host/usage_error.h"
 
 namespace {
 

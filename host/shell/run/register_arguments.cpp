@@ -11,7 +11,7 @@
 #include "host/shell/near_names.h"
 #include "host/shell/number.h"
 #include "host/shell/run/signature.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

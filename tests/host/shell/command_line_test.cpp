@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

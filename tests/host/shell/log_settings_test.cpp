@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/log_filter.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

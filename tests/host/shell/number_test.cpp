@@ -4,7 +4,7 @@
 
 #include <limits>
 
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include <csignal>
 
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/thrown_text.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "framework/diag_types.h"
-#include "host/shell/usage_error.h"
+#include "host/usage_error.h"
 
 namespace {
 
