@@ -1,13 +1,11 @@
-// What lives how long: parsers beside one another, on one thread and on two,
-// and tables that outlive the parser that filled them.
+// What lives how long: parsers beside one another, and tables that outlive the parser
+// that filled them.
 #include <libxml/parser.h>
 
 #include <filesystem>
 #include <memory>
-#include <thread>
 
 #include "tests/i2c/dimm_table_test.h"
-#include "tests/support/gate.h"
 
 namespace {
 
@@ -159,50 +157,6 @@ TEST_F(DimmTableLifetime, LeavesTheErrorsOfOthersToThem) {
     EXPECT_EQ(errors.Count(), 0);
     EXPECT_EQ(Memory("<broken>"), nullptr);
     EXPECT_EQ(errors.Count(), 1);
-}
-
-TEST_F(DimmTableLifetime, RunsOnTwoThreads) {
-    constexpr int RUNS = 200;
-    const auto run = [this](const std::string& file, const std::string& part_num, int& good) {
-        for (int i = 0; i < RUNS; ++i) {
-            DimmTable table;
-            Parser(file.c_str(), &table).parse();
-            good += table.entry.at(0).PartNumText() == part_num ? 1 : 0;
-            for (const std::string& bad : {m_broken, m_empty}) {
-                try {
-                    DimmTable unfilled;
-                    Parser(bad.c_str(), &unfilled).parse();
-                } catch (Xml_Exceptions failure) {
-                    good += failure == (bad == m_broken ? NO_XML_FILE_FOUND : XML_MISSING_TAGS);
-                }
-            }
-        }
-    };
-    int first_good = 0;
-    int second_good = 0;
-    CGate start;
-    std::thread first([&] {
-        start.Await();
-        run(m_first, "PN-FIRST", first_good);
-    });
-    std::thread second([&] {
-        start.Await();
-        run(m_second, "PN-SECOND", second_good);
-    });
-    start.Open();
-    first.join();
-    second.join();
-    EXPECT_EQ(first_good, 3 * RUNS);
-    EXPECT_EQ(second_good, 3 * RUNS);
-}
-
-TEST_F(DimmTableLifetime, HandsAParserFromThreadToThread) {
-    DimmTable table;
-    std::unique_ptr<Parser> parser;
-    std::thread([&] { parser = std::make_unique<Parser>(m_first.c_str(), &table); }).join();
-    std::thread([&] { parser->parse(); }).join();
-    std::thread([&] { parser.reset(); }).join();
-    EXPECT_STREQ(table.entry.at(0).PartNumText(), "PN-FIRST");
 }
 
 TEST(DimmTableExceptions, HaveTheirNumbers) {
