@@ -1,6 +1,8 @@
 #include "boards/linux/linux_bus.h"
 
 #include <array>
+#include <cstdint>
+#include <string_view>
 
 #include "boards/linux/smbus_transfer.h"
 #include "boards/linux/transfer_result.h"
@@ -18,9 +20,26 @@ std::string Where(const std::string& name, const std::string& path) {
     return path.ends_with("/" + name) ? path : name + " (" + path + ")";
 }
 
-// A write before a read only tells the slave what to read.
-bool OnlyWrites(std::span<const CI2cMsg> msgs) {
-    return msgs.size() == 1 && !msgs.front().read && !msgs.front().data.empty();
+// Where multiplexers are.
+bool IsMuxAddress(uint8_t addr) {
+    return addr >= 0x70 && addr <= 0x77;
+}
+
+bool IsDriver(const std::string& driver, std::string_view name) {
+    return driver == name || driver.starts_with(std::string(name) + " at ");
+}
+
+// How many bytes before a read are no more than its address, to the chip of a driver: a
+// multiplexer takes the first one for its channels, and a register chip the second one for
+// a register's new contents. Without a driver nobody minds.
+size_t AddressBytes(const std::string& driver, uint8_t addr) {
+    if (driver.empty()) {
+        return SIZE_MAX;
+    }
+    if (IsDriver(driver, "at24")) {
+        return 2;
+    }
+    return IsMuxAddress(addr) ? 0 : 1;
 }
 
 }  // namespace
@@ -43,19 +62,41 @@ std::string CLinuxBus::Carrier() const {
     return m_adapter.Description() + ", which has no I2C_FUNC_I2C,";
 }
 
-CI2cResult CLinuxBus::Transfer(std::span<const CI2cMsg> msgs, bool again) {
-    // Who asks again was allowed to ask.
-    if (OnlyWrites(msgs) && !again) {
-        const std::string driver = m_adapter.DriverOf(msgs.front().addr);
-        if (!driver.empty() && !AllowedToWrite(msgs.front().addr, driver)) {
-            CI2cResult refusal = FailedResult(msgs, m_where,
-                                              "a kernel driver uses the address (" + driver +
-                                                  "); diagsh --force writes all the same");
-            // No chip is at fault, and many commands say no more than that they failed.
-            SendLog(LW_WARN, "%s\n", refusal.text.c_str());
-            return refusal;
-        }
+// Most of what is read: asking the kernel who owns the address costs as much again.
+bool CLinuxBus::IsHarmless(std::span<const CI2cMsg> msgs) const {
+    const CI2cMsg& first = msgs.front();
+    if (first.read || first.data.empty()) {
+        return true;
     }
+    if (msgs.size() == 1 || IsMuxAddress(first.addr)) {
+        return false;
+    }
+    return first.data.size() == 1 || (first.data.size() == 2 && m_has_wide_address.at(first.addr));
+}
+
+std::optional<CI2cResult> CLinuxBus::Objection(std::span<const CI2cMsg> msgs) {
+    if (IsHarmless(msgs)) {
+        return {};
+    }
+    const uint8_t addr = msgs.front().addr;
+    const std::string driver = m_adapter.DriverOf(addr);
+    const bool reads = msgs.size() > 1;
+    if (reads && msgs.front().data.size() <= AddressBytes(driver, addr)) {
+        m_has_wide_address.at(addr) = true;
+        return {};
+    }
+    if (driver.empty() || AllowedToWrite(addr, driver)) {
+        return {};
+    }
+    CI2cResult objection = FailedResult(
+        msgs, m_where,
+        "a kernel driver uses the address (" + driver + "); diagsh --force writes all the same");
+    // No chip is at fault, and many commands say no more than that they failed.
+    SendLog(LW_WARN, "%s\n", objection.text.c_str());
+    return objection;
+}
+
+CI2cResult CLinuxBus::Transfer(std::span<const CI2cMsg> msgs, bool /*again*/) {
     return m_adapter.Has(I2C_FUNC_I2C) ? TransferMessages(msgs)
                                        : SmbusTransfer(m_adapter, msgs, m_where);
 }

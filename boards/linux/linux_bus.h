@@ -4,7 +4,10 @@
 // takes the operator's consent.
 #pragma once
 
+#include <array>
+#include <atomic>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -31,13 +34,18 @@ class CLinuxBus : public CRootBus {
     const std::string& Path() const { return m_adapter.Path(); }
 
   protected:
+    std::optional<CI2cResult> Objection(std::span<const CI2cMsg> msgs) override;
     CI2cResult Transfer(std::span<const CI2cMsg> msgs, bool again) override;
     std::string Carrier() const override;
 
   private:
+    bool IsHarmless(std::span<const CI2cMsg> msgs) const;
     CI2cResult TransferMessages(std::span<const CI2cMsg> msgs);
     bool AllowedToWrite(uint8_t addr, const std::string& driver) const;
 
     CI2cAdapter m_adapter;
     const std::string m_where;  // the bus in texts: by its name, unless the path tells it
+    // Where two bytes before a read were found to be no more than a memory address, which
+    // is asked once: drivers come when the machine starts.
+    std::array<std::atomic<bool>, 128> m_has_wide_address{};
 };

@@ -150,6 +150,9 @@ CRootBus::CFault CRootBus::Exchange(const CI2cXfrReq& req, std::span<const CI2cM
 // would take minutes. An answer does not end the waiting: behind a switch it may
 // have come from another chip at the same address.
 CI2cResult CRootBus::Move(std::span<const CI2cMsg> msgs, bool writes_data, unsigned int& polls) {
+    if (std::optional<CI2cResult> objection = Objection(msgs)) {
+        return *objection;
+    }
     while (true) {
         {
             const CGuard<CMutex> guard(m_wire_lock);

@@ -85,6 +85,9 @@ class CRootBus : public CI2cDevice, public ISharedPath, public IBusScan {
     std::string GetLastError() const { return m_last_error->Get(); }
 
   protected:
+    // Why the messages must not be moved, if they must not. Asked before the first try, by
+    // several threads at once: the wire is free for others while an operator is asked.
+    virtual std::optional<CI2cResult> Objection(std::span<const CI2cMsg>) { return {}; }
     // Moves the messages with a repeated start between them and a stop at the
     // end, also after a failure. Called by one thread at a time. `again` tells
     // that a slave is asked again because its write cycle may run.

@@ -22,7 +22,10 @@ TEST_F(LinuxBus, ReadsWithoutCommandInOneMessage) {
 TEST_F(LinuxBus, ReadsBehindCommandBytesInOneCombinedTransfer) {
     m_dev.bytes = {0xA1};
     EXPECT_TRUE(Read(2, 0xAB12, 1));
-    EXPECT_EQ(m_dev.Call(), "rdwr {addr 0x50 flags 0x0 len 2 12 ab} {addr 0x50 flags 0x1 len 1}");
+    EXPECT_EQ(m_dev.calls,
+              (std::vector<std::string>{
+                  "slave 0x50",  // whose is it?
+                  "rdwr {addr 0x50 flags 0x0 len 2 12 ab} {addr 0x50 flags 0x1 len 1}"}));
     EXPECT_EQ(m_data[0], 0xA1);
 }
 

@@ -1,5 +1,6 @@
 // Writing to what a driver of the kernel owns.
 #include <cerrno>
+#include <thread>
 
 #include "framework/diag_log_word.h"
 #include "host/consent.h"
@@ -78,9 +79,69 @@ TEST_F(LinuxBusOwnership, LetsEverybodyRead) {
     LetDriverOwnTheAddress();
     const CConsent consent = Operator(false);
     EXPECT_TRUE(Read(0, 0, 1));
+    EXPECT_TRUE(Read(1, 0, 1));
+    EXPECT_TRUE(Read(2, 0, 1));
     EXPECT_TRUE(Read(2, 0, 1));
     EXPECT_TRUE(m_questions.empty());
-    EXPECT_EQ(m_dev.calls.size(), 2U);
+    EXPECT_EQ(m_dev.calls,
+              (std::vector<std::string>{"rdwr {addr 0x50 flags 0x1 len 1}",
+                                        "rdwr {addr 0x50 flags 0x0 len 1 00} {addr 0x50 flags "
+                                        "0x1 len 1}",
+                                        "slave 0x50",
+                                        "rdwr {addr 0x50 flags 0x0 len 2 00 00} {addr 0x50 flags "
+                                        "0x1 len 1}",
+                                        "rdwr {addr 0x50 flags 0x0 len 2 00 00} {addr 0x50 flags "
+                                        "0x1 len 1}"}));
+}
+
+// To a register chip the second byte is what to write to the register of the first.
+TEST_F(LinuxBusOwnership, CountsASecondByteBeforeAReadAsAWriteUnlessItIsAnEeproms) {
+    m_fake_sysfs.AddChip("3-0050", "pca9555", "pca953x");
+    m_dev.owned = {0x50};
+    EXPECT_TRUE(Read(1, 0, 1));
+    EXPECT_FALSE(Read(2, 0x5A02, 1));
+    EXPECT_EQ(m_errmsg,
+              "0x50: write 2 bytes, read 1 byte on /dev/i2c-3: a kernel driver uses the address "
+              "(pca953x); diagsh --force writes all the same");
+    const CConsent consent = Operator(true);
+    EXPECT_TRUE(Read(2, 0x5A02, 1));
+    EXPECT_EQ(m_questions.size(), 1U);
+}
+
+// To a multiplexer already the first one is: it selects the channels.
+TEST_F(LinuxBusOwnership, CountsAByteBeforeAReadOfAMultiplexerAsAWrite) {
+    m_fake_sysfs.AddChip("3-0070", "pca9548", "pca954x");
+    m_dev.owned = {0x70};
+    uint8_t byte = 0;
+    EXPECT_FALSE(Bus().smb_read_byte(-1, 0x70, 0x04, &byte));
+    EXPECT_TRUE(Bus().smb_receive_byte(-1, 0x70, &byte));
+    EXPECT_TRUE(Bus().smb_read_byte(-1, 0x71, 0x04, &byte));
+    m_dev.calls.clear();
+    m_dev.owned = {0x71};
+    EXPECT_FALSE(Bus().smb_read_byte(-1, 0x71, 0x04, &byte));
+    EXPECT_EQ(m_dev.Call(), "slave 0x71");
+}
+
+TEST_F(LinuxBusOwnership, CountsAProcessCallAsAWrite) {
+    LetDriverOwnTheAddress();
+    std::array<uint8_t, 32> block{};
+    EXPECT_FALSE(Bus().smb_block_process_call(-1, 0x50, 0x10, 4, block.data()));
+    EXPECT_EQ(m_dev.Call(), "slave 0x50");
+}
+
+// Others may use the wire while somebody thinks about it.
+TEST_F(LinuxBusOwnership, AsksWithTheWireFree) {
+    LetDriverOwnTheAddress();
+    bool read = false;
+    const CConsent consent([&](const std::string&) {
+        std::thread([&] {
+            uint8_t byte = 0;
+            read = Bus().smb_receive_byte(-1, 0x51, &byte);
+        }).join();
+        return true;
+    });
+    EXPECT_TRUE(Write(1, 0, 1));
+    EXPECT_TRUE(read);
 }
 
 TEST_F(LinuxBusOwnership, LetsEverybodyAskWhetherAChipIsThere) {
