@@ -5,6 +5,7 @@
 
 #include "boards/devicetree/bus_address.h"
 #include "boards/devicetree/printable_text.h"
+#include "boards/linux/i2c_adapter.h"
 #include "boards/linux/linux_bus.h"
 #include "framework/diag_exception.h"
 #include "framework/diag_functions.h"
@@ -42,20 +43,27 @@ std::map<unsigned int, std::string> NodesByAdapter(const CLinuxHardware::CBuses&
 
 CLinuxHardware::CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const CBuses& buses,
                                II2cDev& dev)
-    : m_sysfs(std::move(sysfs)), m_dev(dev), m_devices(buses), m_unused(buses) {
+    : m_sysfs(std::move(sysfs)), m_dev(dev) {
     for (const auto& [node, device] : buses) {
-        if (tree.NodeAt(node) == nullptr) {
+        const CDeviceTreeNode* found = tree.NodeAt(node);
+        if (found == nullptr) {
             throw CDiagException("--bus %s=%s: the description has no node %s", node.c_str(),
                                  device.c_str(), node.c_str());
         }
+        CheckAdapter(node, device);
+        if (!m_devices.emplace(found->Path(), device).second) {
+            throw CDiagException("--bus %s=%s: the bus of that node is %s already", node.c_str(),
+                                 device.c_str(), m_devices.at(found->Path()).c_str());
+        }
     }
-    const std::map<unsigned int, std::string> told = NodesByAdapter(buses);
+    m_unused = m_devices;
+    m_told = NodesByAdapter(m_devices);
     for (const i2c_adapter_t& adapter : m_sysfs.Adapters()) {
-        if (adapter.of_node.empty() || buses.contains(adapter.of_node)) {
+        if (adapter.of_node.empty() || m_unused.contains(adapter.of_node)) {
             continue;  // what was told comes first
         }
-        const auto other = told.find(adapter.number);
-        if (other == told.end()) {
+        const auto other = m_told.find(adapter.number);
+        if (other == m_told.end()) {
             m_devices.emplace(adapter.of_node, adapter.dev_path);
         } else {
             m_given_away.emplace(adapter.of_node, other->second);
@@ -63,12 +71,21 @@ CLinuxHardware::CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const C
     }
 }
 
+// Who tells a bus by hand wants that one or none.
+void CLinuxHardware::CheckAdapter(const std::string& node, const std::string& device) const {
+    try {
+        const CI2cAdapter adapter(device, m_sysfs, m_dev);
+    } catch (const CDiagException& fault) {
+        throw CDiagException("--bus %s=%s: %s", node.c_str(), device.c_str(), fault.what());
+    }
+}
+
 void CLinuxHardware::End(CDiagMenu&) {
     for (const auto& [node, device] : m_unused) {
         diag_pf_send_log(
             LW_WARN,
-            "--bus %s=%s: not used, the node is no bus or is left out (/left-out tells "
-            "why)\n",
+            "--bus %s=%s: not used, the node is left out (/left-out tells why), or is no bus, as "
+            "a channel of a multiplexer\n",
             node.c_str(), device.c_str());
     }
 }
@@ -121,7 +138,7 @@ std::unique_ptr<CRootBus> CLinuxHardware::CreateChannelBus(const CI2cWire& wire,
                                                            const std::string& name) {
     const std::optional<unsigned int> adapter = AdapterOf(wire);
     const auto number = adapter ? m_sysfs.ChannelOf(*adapter, addr, channel) : std::nullopt;
-    if (!number) {
+    if (!number || m_told.contains(*number)) {
         return nullptr;
     }
     return Open(name, "channel " + std::to_string(channel), "/dev/i2c-" + std::to_string(*number));

@@ -17,8 +17,8 @@ class CLinuxHardware : public IBoardHardware {
     using CBuses = std::map<std::string, std::string>;
 
     // A bus is the adapter that the kernel made for its node, or the one that `buses`
-    // names. Throws CDiagException for a node there that the tree has not, and for an
-    // adapter that is named twice.
+    // names. Throws CDiagException for a node there that the tree has not, for a device that
+    // is no adapter, and for an adapter that is named twice.
     CLinuxHardware(const CDeviceTree& tree, CI2cSysfs sysfs, const CBuses& buses,
                    II2cDev& dev = KernelI2cDev());
 
@@ -42,11 +42,13 @@ class CLinuxHardware : public IBoardHardware {
     ports_file_t PortsFile(const CDeviceTreeNode& node, uint64_t address, uint32_t ports) override;
 
   private:
+    void CheckAdapter(const std::string& node, const std::string& device) const;
     std::unique_ptr<CRootBus> Open(const std::string& name, const std::string& what,
                                    const std::string& device) const;
 
     const CI2cSysfs m_sysfs;
     II2cDev& m_dev;
+    std::map<unsigned int, std::string> m_told;  // whose bus each adapter was told to be
     CBuses m_devices;     // the device file of each bus, by the path of its node
     CBuses m_given_away;  // whose bus the adapter of a node was told to be, by its path
     CBuses m_unused;      // of those that were told

@@ -75,7 +75,8 @@ TEST_F(LinuxMount, TakesTheDeviceThatItIsToldInstead) {
     MountLive(builder, {{"/soc/i2c@1", "/dev/i2c-0"}, {"/soc/i2c@2", "/dev/i2c-12"}});
     EXPECT_EQ(DescriptionAt("/first"), "fsl-i2c, /dev/i2c-0");
     EXPECT_EQ(DescriptionAt("/second"), "acme,i2c, /dev/i2c-12");
-    EXPECT_EQ(m_dev.opened, (Names{"/dev/i2c-0", "/dev/i2c-12"}));
+    // Whether they are adapters is seen before anything is mounted.
+    EXPECT_EQ(m_dev.opened, (Names{"/dev/i2c-0", "/dev/i2c-12", "/dev/i2c-0", "/dev/i2c-12"}));
 }
 
 TEST_F(LinuxMount, RefusesABusThatTheDescriptionHasNot) {
@@ -95,7 +96,7 @@ TEST_F(LinuxMount, MakesOneBusOfAnAdapterThatIsToldToBeAnothers) {
     DescribeTwoBuses(builder);
     MountLive(builder, {{"/soc/i2c@1", "/dev/i2c-3"}});
     EXPECT_EQ(DescriptionAt("/first"), "fsl-i2c, /dev/i2c-3, MPC adapter (2)");
-    EXPECT_EQ(m_dev.opened, Names{"/dev/i2c-3"});
+    EXPECT_EQ(NamesAt("/"), Names{"first"});
     EXPECT_EQ(Warnings(), Names{"left out: /soc/i2c@2: its adapter was told to be the bus of "
                                 "/soc/i2c@1, with --bus\n"});
 }
@@ -106,7 +107,8 @@ TEST_F(LinuxMount, ExchangesTwoAdapters) {
     CBlobBuilder builder;
     DescribeTwoBuses(builder);
     MountLive(builder, {{"/soc/i2c@1", "/dev/i2c-3"}, {"/soc/i2c@2", "/dev/i2c-7"}});
-    EXPECT_EQ(m_dev.opened, (Names{"/dev/i2c-3", "/dev/i2c-7"}));
+    EXPECT_EQ(DescriptionAt("/first"), "fsl-i2c, /dev/i2c-3, MPC adapter (2)");
+    EXPECT_EQ(DescriptionAt("/second"), "acme,i2c, /dev/i2c-7, MPC adapter (1)");
 }
 
 TEST_F(LinuxMount, RefusesAnAdapterThatIsToldTwice) {
@@ -124,8 +126,33 @@ TEST_F(LinuxMount, SaysWhichBusItWasToldInVain) {
     builder.Begin("i2c@2").Text("compatible", "fsl-i2c").End();
     MountLive(builder, {{"/i2c@1", "/dev/i2c-0"}, {"/i2c@2", "/dev/i2c-1"}});
     EXPECT_EQ(NamesAt("/"), Names{"i2c@2"});
-    EXPECT_EQ(Warnings(), Names{"--bus /i2c@1=/dev/i2c-0: not used, the node is no bus or is left "
-                                "out (/left-out tells why)\n"});
+    EXPECT_EQ(Warnings(),
+              Names{"--bus /i2c@1=/dev/i2c-0: not used, the node is left out (/left-out tells "
+                    "why), or is no bus, as a channel of a multiplexer\n"});
+}
+
+TEST_F(LinuxMount, RefusesABusThatIsNoAdapter) {
+    m_dev.missing = {"/dev/i2c-5"};
+    CBlobBuilder builder;
+    DescribeTwoBuses(builder);
+    EXPECT_EQ(ThrownText([&] {
+                  MountLive(builder, {{"/soc/i2c@1", "/dev/i2c-5"}});
+              }),
+              "--bus /soc/i2c@1=/dev/i2c-5: /dev/i2c-5 cannot be opened: ENOENT (No such file or "
+              "directory); is the kernel module i2c-dev loaded?");
+}
+
+TEST_F(LinuxMount, TakesANodesPathAsItMayBeTyped) {
+    CBlobBuilder builder;
+    DescribeTwoBuses(builder);
+    MountLive(builder, {{"/soc/i2c@1/", "/dev/i2c-5"}});
+    EXPECT_EQ(DescriptionAt("/first"), "fsl-i2c, /dev/i2c-5");
+    CBlobBuilder again;
+    DescribeTwoBuses(again);
+    EXPECT_EQ(ThrownText([&] {
+                  MountLive(again, {{"/soc/i2c@1", "/dev/i2c-5"}, {"/soc/i2c@1/", "/dev/i2c-6"}});
+              }),
+              "--bus /soc/i2c@1/=/dev/i2c-6: the bus of that node is /dev/i2c-5 already");
 }
 
 // As those that are switched by GPIOs are described: they stand on no bus.
@@ -242,6 +269,19 @@ TEST_F(LinuxMount, FindsPortsWhereTheProcessorHasThem) {
     const ports_file_t ports = hardware.PortsFile(*tree.NodeAt("/soc/io@2000"), 0x2000, 4);
     EXPECT_EQ(ports.file, "/dev/mem");
     EXPECT_EQ(ports.offset, 0xFE00'2000U);
+}
+
+TEST_F(LinuxMount, LeavesOutAChannelWhoseAdapterIsToldToBeAnotherBus) {
+    m_sysfs.AddAdapter(0, "MPC adapter", "/i2c@1");
+    m_sysfs.AddDriver(0, 0x70, "pca954x", "pca9548");
+    m_sysfs.AddChannel(0, 0x70, 2, 11);
+    m_sysfs.AddChannel(0, 0x70, 3, 12);
+    CBlobBuilder builder;
+    DescribeMux(builder);
+    builder.Begin("i2c@8").Text("compatible", "fsl-i2c").Text("label", "other").End();
+    MountLive(builder, {{"/i2c@8", "/dev/i2c-11"}});
+    EXPECT_EQ(NamesAt("/i2c-0/pca9548-4"), Names{"ch3"});
+    EXPECT_EQ(DescriptionAt("/other"), "fsl-i2c, /dev/i2c-11");
 }
 
 TEST_F(LinuxMount, TakesTheChannelsOfTheKernelsMultiplexerForBuses) {
