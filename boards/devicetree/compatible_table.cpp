@@ -4,9 +4,9 @@
 #include <array>
 
 #include "boards/devicetree/i2c_nodes.h"
+#include "boards/devicetree/known_part_name.h"
 #include "boards/devicetree/plain_node.h"
 #include "boards/devicetree/property_reader.h"
-#include "boards/devicetree/register_part_name.h"
 
 namespace {
 
@@ -41,6 +41,10 @@ constexpr std::array BINDINGS = {
     Mux("nxp,pca9546"),
     Mux("nxp,pca9547"),
     Mux("nxp,pca9548"),
+    Mux("nxp,pca9846"),
+    Mux("nxp,pca9847"),
+    Mux("nxp,pca9848"),
+    Mux("nxp,pca9849"),
 
     Eeprom("morva,mfg-eeprom", DescribeMfgEeprom, CreateMfgEepromNode),
     Eeprom("morva,param-eeprom", DescribeParamEeprom, CreateParamEepromNode),
@@ -97,7 +101,7 @@ CMatch MatchCompatible(const CDeviceTreeNode& node) {
         }
     }
     for (const std::string& compatible : compatibles) {
-        if (const CBinding* binding = FindBinding("*," + std::string(RegisterPartName(compatible)))) {
+        if (const CBinding* binding = FindBinding("*," + std::string(KnownPartName(compatible)))) {
             return {binding, compatible};
         }
     }

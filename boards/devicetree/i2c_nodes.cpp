@@ -12,12 +12,11 @@
 #include "boards/chips/mux_chip.h"
 #include "boards/chips/port_expander.h"
 #include "boards/chips/register_chip.h"
+#include "boards/devicetree/known_part_name.h"
 #include "boards/devicetree/line_names.h"
 #include "boards/devicetree/node_name.h"
-#include "boards/devicetree/part_name.h"
 #include "boards/devicetree/plain_node.h"
 #include "boards/devicetree/printable_text.h"
-#include "boards/devicetree/register_part_name.h"
 #include "framework/diag_exception.h"
 #include "i2c/diag_mfg_eeprom.h"
 #include "i2c/diag_spd_eeprom.h"
@@ -85,7 +84,7 @@ std::unique_ptr<CDiagMenu> CreateDecodedEeprom(const CDeviceRequest& request,
 
 template <class Chip>
 std::unique_ptr<Chip> CreateRegisters(const CDeviceRequest& request) {
-    const register_part_t* part = FindRegisterPart(RegisterPartName(request.compatible));
+    const register_part_t* part = FindRegisterPart(KnownPartName(request.compatible));
     if (part == nullptr) {
         throw CDiagException("%s: there is no register chip \"%s\"", request.node.Path().c_str(),
                              PrintableText(request.compatible).c_str());
@@ -104,7 +103,7 @@ std::unique_ptr<CDiagMenu> CreateExpander(const CDeviceRequest& request) {
 }  // namespace
 
 const mux_part_t& RequireMuxPart(const CDeviceRequest& request) {
-    const mux_part_t* part = FindMuxPart(PartName(request.compatible));
+    const mux_part_t* part = FindMuxPart(KnownPartName(request.compatible));
     if (part == nullptr) {
         throw CDiagException("%s: there is no multiplexer \"%s\"", request.node.Path().c_str(),
                              PrintableText(request.compatible).c_str());

@@ -5,9 +5,8 @@
 #include <vector>
 
 #include "boards/devicetree/file_bytes.h"
-#include "boards/devicetree/part_name.h"
+#include "boards/devicetree/known_part_name.h"
 #include "boards/devicetree/printable_text.h"
-#include "boards/devicetree/register_part_name.h"
 #include "boards/sim/sim_at24.h"
 #include "framework/diag_functions.h"
 
@@ -78,7 +77,7 @@ CSimParts CreateSimModule(const CChipRequest& request) {
 }
 
 CSimParts CreateSimMux(const CChipRequest& request) {
-    const sim_mux_part_t* part = FindSimMuxPart(PartName(request.compatible));
+    const sim_mux_part_t* part = FindSimMuxPart(KnownPartName(request.compatible));
     if (part == nullptr) {
         RefusePart(request);
     }
@@ -86,7 +85,7 @@ CSimParts CreateSimMux(const CChipRequest& request) {
 }
 
 CSimParts CreateSimRegisters(const CChipRequest& request) {
-    const sim_register_part_t* part = FindSimRegisterPart(RegisterPartName(request.compatible));
+    const sim_register_part_t* part = FindSimRegisterPart(KnownPartName(request.compatible));
     if (part == nullptr) {
         RefusePart(request);
     }

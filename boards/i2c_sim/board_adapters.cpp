@@ -5,6 +5,7 @@
 #include "boards/chips/mux_part.h"
 #include "boards/devicetree/board_mount.h"
 #include "boards/devicetree/compatible_table.h"
+#include "boards/devicetree/known_part_name.h"
 #include "boards/devicetree/mount_step.h"
 #include "boards/devicetree/part_name.h"
 #include "boards/devicetree/property_reader.h"
@@ -87,7 +88,7 @@ void CBoardAdapters::AddMux(const CDeviceTreeNode& node, CAdapter& adapter) {
         return;
     }
     const std::string chip(PartName(match.compatible));
-    const mux_part_t& part = *FindMuxPart(chip);
+    const mux_part_t& part = *FindMuxPart(KnownPartName(match.compatible));
     const auto addr = static_cast<uint8_t>(RequireU32(node, "reg"));
     mux_control_t control = {.addr = addr, .select = 0, .closed = part.ControlFor(0)};
     // What the kernel's driver begins with.

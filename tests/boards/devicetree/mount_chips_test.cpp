@@ -100,6 +100,7 @@ TEST_F(MountChips, OfEveryKnownMultiplexerAreThere) {
     const std::vector<std::pair<std::string, size_t>> parts = {
         {"pca9540", 2}, {"pca9542", 2}, {"pca9543", 2}, {"pca9544", 4},
         {"pca9545", 4}, {"pca9546", 4}, {"pca9547", 8}, {"pca9548", 8},
+        {"pca9846", 4}, {"pca9847", 8}, {"pca9848", 8}, {"pca9849", 4},
     };
     for (const auto& [part, channels] : parts) {
         SCOPED_TRACE(part);
