@@ -82,7 +82,7 @@ class WithFaults(OnQuillbank):
         status, out, err = self.run_diagsh("-c", "sim/stick i2c-0", "-c", "scan i2c-0")
         self.assertEqual(status, 1)
         self.assertIn("!! !! !!\n", out)
-        self.assertIn("failed at 0x08, 0x09, 0x0a: bus stuck low\n", out)
+        self.assertIn("failed at 0x08 to 0x77: bus stuck low\n", out)
         self.assertIn("scan: not everything could be asked\n", err)
 
     def test_one_failed_transfer_is_marked_and_the_scan_goes_on(self):

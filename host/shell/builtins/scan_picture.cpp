@@ -118,19 +118,32 @@ std::string Missing(const CScannedWire& wire) {
     return text;
 }
 
-// "failed at 0x08, 0x10: bus stuck low", a line for each reason.
+// Rising addresses as "0x08, 0x10 to 0x17".
+std::string Ranges(const std::vector<size_t>& addresses) {
+    std::string text;
+    for (size_t i = 0; i < addresses.size(); ++i) {
+        const size_t first = i;
+        while (i + 1 < addresses.size() && addresses[i + 1] == addresses[i] + 1) {
+            ++i;
+        }
+        text += (text.empty() ? "" : ", ") + Hex("0x%02x", addresses[first]) +
+                (i == first ? "" : Hex(" to 0x%02x", addresses[i]));
+    }
+    return text;
+}
+
+// "failed at 0x08, 0x10 to 0x17: bus stuck low", a line for each reason.
 std::string Failures(const CScannedWire& wire) {
-    std::map<std::string, std::string> by_reason;
+    std::map<std::string, std::vector<size_t>> by_reason;
     for (size_t addr = 0; addr < wire.cells.size(); ++addr) {
         const CScanCell& cell = wire.cells[addr];
         if (cell.mark == EScanMark::FAILED) {
-            std::string& addresses = by_reason[cell.text];
-            addresses += (addresses.empty() ? "" : ", ") + Hex("0x%02x", addr);
+            by_reason[cell.text].push_back(addr);
         }
     }
     std::string text;
-    for (auto& [reason, addresses] : by_reason) {
-        text += LineOf("failed at ", addresses.append(": ").append(reason));
+    for (const auto& [reason, addresses] : by_reason) {
+        text += LineOf("failed at ", Ranges(addresses) + ": " + reason);
     }
     return text;
 }

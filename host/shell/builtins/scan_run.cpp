@@ -5,6 +5,7 @@
 
 #include "framework/diag_functions.h"
 #include "host/device_lock.h"
+#include "host/diag_clock.h"
 #include "host/diag_tree.h"
 #include "host/exception_text.h"
 #include "host/shell/builtins/device_use.h"
@@ -13,8 +14,9 @@
 
 namespace {
 
-// A bus that is stuck fails at every address, and each time after a long wait.
-constexpr unsigned int FAILURES_IN_A_ROW = 3;
+// A bus that is stuck may fail at every address after a long wait. But there are
+// controllers too for which an address without a chip is a failure like any other.
+constexpr uint64_t FAILING_MS_IN_A_ROW = 2000;
 
 const char* NameOf(EScanAccess access) {
     return access == EScanAccess::QUICK_WRITE ? "quick write" : "receive byte";
@@ -179,7 +181,7 @@ bool CScanRun::InheritTrouble(size_t at) {
 
 void CScanRun::AskAll(const CScanWire& wire, CScannedWire& result) {
     const CAbility ability(*wire.scan);
-    unsigned int failures = 0;
+    uint64_t failing_since_ms = GetDiagClock().NowMs();
     bool has_asked = false;
     std::optional<EScanAccess> lacking;
     for (unsigned int i = 0; i < m_options.Count(); ++i) {
@@ -200,9 +202,12 @@ void CScanRun::AskAll(const CScanWire& wire, CScannedWire& result) {
         }
         has_asked = true;
         SetAnswer(wire.scan->Ask(addr, access), cell);
-        failures = cell.mark == EScanMark::FAILED ? failures + 1 : 0;
-        if (failures == FAILURES_IN_A_ROW) {
-            result.error = "given up after " + std::to_string(failures) + " failures in a row";
+        const uint64_t now_ms = GetDiagClock().NowMs();
+        if (cell.mark != EScanMark::FAILED) {
+            failing_since_ms = now_ms;
+        } else if (now_ms - failing_since_ms >= FAILING_MS_IN_A_ROW) {
+            result.error = "given up behind " + toString(addr, VF_HEX | VF_PAD) +
+                           ", as it only fails and takes long";
             return;
         }
     }

@@ -19,6 +19,7 @@
 #include "framework/bus_scan.h"
 #include "framework/diag_exception.h"
 #include "framework/shared_path.h"
+#include "host/diag_clock.h"
 #include "tests/host/shell/run_report.h"
 #include "tests/host/shell/shell_tree.h"
 
@@ -43,6 +44,7 @@ class CFakeBus : public CDiagDevice, public IBusScan, public ISharedPath {
             std::raise(SIGINT);
         }
         if (const auto failure = failing.find(addr); failure != failing.end()) {
+            GetDiagClock().SleepMs(failing_takes_ms);
             return {CScanAnswer::FAILED, failure->second};
         }
         const bool answers =
@@ -65,6 +67,7 @@ class CFakeBus : public CDiagDevice, public IBusScan, public ISharedPath {
     std::set<uint8_t> answering;
     const std::set<uint8_t>* behind = nullptr;  // what the open channel adds
     std::map<uint8_t, std::string> failing;
+    unsigned int failing_takes_ms = 0;
     std::map<uint8_t, std::string> owners;
     std::set<uint8_t> elsewhere;  // what an owner has on another bus
     std::map<uint8_t, std::string> names;

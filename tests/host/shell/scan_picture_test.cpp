@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/host/shell/scan_board.h"
+#include "tests/support/fake_clock.h"
 
 namespace {
 
@@ -132,17 +133,34 @@ TEST_F(ScanPicture, DoesNotTakeAFailureForSilence) {
     EXPECT_EQ(errors, "scan: not everything could be asked\n");
 }
 
-TEST_F(ScanPicture, GivesABusUpThatFailsAgainAndAgain) {
+TEST_F(ScanPicture, GivesABusUpThatFailsAgainAndAgainAndTakesLong) {
+    CFakeClock clock;
     for (uint8_t addr = 0x08; addr < 0x78; ++addr) {
         m_other->failing[addr] = "bus stuck low";
     }
+    m_other->failing_takes_ms = 1000;
     EXPECT_EQ(Run("scan menu"), EXIT_FAILED);
-    EXPECT_EQ(m_other->asked.size(), 3U);
+    EXPECT_EQ(m_other->asked.size(), 2U);
+    EXPECT_THAT(PictureOf("/menu/other"), HasSubstr("\n00:                         !! !!\n10:\n"));
     EXPECT_THAT(PictureOf("/menu/other"),
-                HasSubstr("\n00:                         !! !! !!\n10:\n"));
-    EXPECT_THAT(PictureOf("/menu/other"),
-                EndsWith("\n     failed at 0x08, 0x09, 0x0a: bus stuck low\n"
-                         "     given up after 3 failures in a row"));
+                EndsWith("\n     failed at 0x08 to 0x09: bus stuck low\n"
+                         "     given up behind 0x09, as it only fails and takes long"));
+}
+
+// As a controller does for which an address without a chip is an I/O error.
+TEST_F(ScanPicture, GoesOnWhereFailingIsQuick) {
+    CFakeClock clock;
+    for (uint8_t addr = 0x08; addr < 0x78; ++addr) {
+        m_other->failing[addr] = "EIO";
+    }
+    m_other->failing.erase(0x48);
+    m_other->failing_takes_ms = 10;
+    m_other->answering = {0x48};
+    EXPECT_EQ(Run("scan menu"), EXIT_FAILED);
+    EXPECT_EQ(m_other->asked.size(), 112U);
+    EXPECT_THAT(PictureOf("/menu/other"), HasSubstr("\n40: !! !! !! !! !! !! !! !! 48 !!"));
+    EXPECT_THAT(PictureOf("/menu/other"), EndsWith("\n     failed at 0x08 to 0x47, 0x49 to "
+                                                   "0x77: EIO"));
 }
 
 }  // namespace
