@@ -164,8 +164,8 @@ std::string Remark(const CScannedWire& wire) {
         return wire.error;
     }
     const std::string missing = Missing(wire);
-    return "nothing answers" + (missing.empty() ? "" : ", not even " + missing) +
-           (wire.note.empty() ? "" : "; " + wire.note);
+    const std::string text = "nothing answers" + (missing.empty() ? "" : ", not even " + missing);
+    return wire.note.empty() ? text : text + ", where it could be asked; " + wire.note;
 }
 
 bool AreAlike(const CScannedWire& one, const CScannedWire& other) {

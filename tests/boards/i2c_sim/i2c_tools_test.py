@@ -156,9 +156,9 @@ class Agreement(SimRun):
         self.assertEqual(status, 0, errors)
         return output
 
-    def scan(self, options=()):
+    def scan(self, options=(), wanted_status=0):
         status, output, errors = self.run_in(DIAGSH, "--json", "-c", "scan", options=options)
-        self.assertEqual(status, 0, errors)
+        self.assertEqual(status, wanted_status, errors)
         return json.loads(output)["scan"]
 
     def test_scan_and_i2cdetect_find_the_same_on_every_wire(self):
@@ -202,6 +202,12 @@ class Agreement(SimRun):
         for how in ("eremoteio", "etimedout", "short"):
             with self.subTest(how):
                 self.assertEqual(self.scan(options=("--no-ack", how)), wires)
+
+    def test_scan_finds_the_same_where_nobody_is_an_error_but_cannot_tell_who_is_missing(self):
+        found = [wire["answers"] for wire in self.scan()]
+        wires = self.scan(options=("--no-ack", "eio"), wanted_status=1)
+        self.assertEqual([wire["answers"] for wire in wires], found)
+        self.assertEqual([wire["silent"] for wire in wires], [[]] * len(wires))
 
     def test_scan_finds_the_same_on_adapters_that_only_know_smbus(self):
         found = [wire["answers"] for wire in self.scan()]

@@ -147,6 +147,14 @@ TEST_F(ScanPicture, GivesABusUpThatFailsAgainAndAgainAndTakesLong) {
                          "     given up behind 0x09, as it only fails and takes long"));
 }
 
+TEST_F(ScanPicture, DoesNotTakeWhatCouldNotBeAskedForSilence) {
+    m_other->lacking = {EScanAccess::QUICK_WRITE};
+    EXPECT_EQ(Run("scan menu"), EXIT_PASSED);
+    EXPECT_THAT(printed, HasSubstr("/menu/other: nothing answers, where it could be asked; the "
+                                   "controller cannot do the SMBus quick write; scan -r asks by "
+                                   "receive byte\n"));
+}
+
 // As a controller does for which an address without a chip is an I/O error.
 TEST_F(ScanPicture, GoesOnWhereFailingIsQuick) {
     CFakeClock clock;
