@@ -83,15 +83,10 @@ TEST_F(LinuxBusOwnership, LetsEverybodyRead) {
     EXPECT_TRUE(Read(2, 0, 1));
     EXPECT_TRUE(Read(2, 0, 1));
     EXPECT_TRUE(m_questions.empty());
-    EXPECT_EQ(m_dev.calls,
-              (std::vector<std::string>{"rdwr {addr 0x50 flags 0x1 len 1}",
-                                        "rdwr {addr 0x50 flags 0x0 len 1 00} {addr 0x50 flags "
-                                        "0x1 len 1}",
-                                        "slave 0x50",
-                                        "rdwr {addr 0x50 flags 0x0 len 2 00 00} {addr 0x50 flags "
-                                        "0x1 len 1}",
-                                        "rdwr {addr 0x50 flags 0x0 len 2 00 00} {addr 0x50 flags "
-                                        "0x1 len 1}"}));
+    const std::string narrow = "rdwr {addr 0x50 flags 0x0 len 1 00} {addr 0x50 flags 0x1 len 1}";
+    const std::string wide = "rdwr {addr 0x50 flags 0x0 len 2 00 00} {addr 0x50 flags 0x1 len 1}";
+    EXPECT_EQ(m_dev.calls, (std::vector<std::string>{"rdwr {addr 0x50 flags 0x1 len 1}", narrow,
+                                                     "slave 0x50", wide, wide}));
 }
 
 // To a register chip the second byte is what to write to the register of the first.
