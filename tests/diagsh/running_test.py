@@ -182,7 +182,8 @@ class Interrupt(Running):
     def test_many_ctrl_c_while_leaving_let_the_jobs_end(self):
         child = self.spawn(self.slow())
         child.sendline(f"a/fail-at {self.go} &")
-        child.expect("started\r\n")
+        # Stopped before, it would have no need to end by itself.
+        child.expect_exact("[1] a works\r\n")
         child.sendline("quit")
         child.expect("leaving: 1 job is asked to stop and awaited; Ctrl-C tells how far\r\n")
         child.expect_exact("\r\x1b[Kleaving: 0:00:01, awaiting job 1")

@@ -69,6 +69,7 @@ class CFailAtTest : public CDiagTest {
         return true;
     }
     ETestStatus TestRun(COutMsg&) override {
+        SendLog(LW_PRINT, "%s works\n", GetParentDevice()->GetName());
         while (!std::filesystem::exists(m_file)) {
             MsSleep(STEP_MS);
         }
