@@ -37,7 +37,7 @@ class CFakeBus : public CDiagDevice, public IBusScan, public ISharedPath {
         m_journal.emplace_back(std::string("close ") + GetName());
         return true;
     }
-    bool CanAsk(EScanAccess access) override { return lacking.count(access) == 0; }
+    bool CanAsk(EScanAccess access) override { return !lacking.contains(access); }
     CScanAnswer Ask(uint8_t addr, EScanAccess access) override {
         asked[addr] = access;
         if (addr == interrupted_at) {
@@ -48,14 +48,14 @@ class CFakeBus : public CDiagDevice, public IBusScan, public ISharedPath {
             return {CScanAnswer::FAILED, failure->second};
         }
         const bool answers =
-            answering.count(addr) != 0 || (behind != nullptr && behind->count(addr) != 0);
+            answering.contains(addr) || (behind != nullptr && behind->contains(addr));
         return {answers ? CScanAnswer::ACKNOWLEDGED : CScanAnswer::SILENT, {}};
     }
     std::string OwnerOf(uint8_t addr) override {
         const auto owner = owners.find(addr);
         return owner != owners.end() ? owner->second : "";
     }
-    bool HasOwned(uint8_t addr) override { return elsewhere.count(addr) == 0; }
+    bool HasOwned(uint8_t addr) override { return !elsewhere.contains(addr); }
     std::string NameAt(size_t, uint8_t addr) const override {
         const auto name = names.find(addr);
         return name != names.end() ? name->second : "";
