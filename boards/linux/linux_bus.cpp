@@ -62,7 +62,8 @@ std::string CLinuxBus::Carrier() const {
     return m_adapter.Description() + ", which has no I2C_FUNC_I2C,";
 }
 
-// Most of what is read: asking the kernel who owns the address costs as much again.
+// Whether the kernel need not be asked whose the address is, which costs as much as the
+// transfer itself. A byte before a read is a register's address to all but multiplexers.
 bool CLinuxBus::IsHarmless(std::span<const CI2cMsg> msgs) const {
     const CI2cMsg& first = msgs.front();
     if (first.read || first.data.empty()) {
